@@ -1,0 +1,9 @@
+#include "platform/com/failure.h"
+
+namespace qvr {
+
+void raiseFailure(HRESULT status) {
+    throw Failure(status);
+}
+
+} // namespace qvr

@@ -1,0 +1,133 @@
+#include <gtest/gtest.h>
+
+#include "platform/com/cookie_table.h"
+#include "platform/com/failure.h"
+#include "platform/com/object_base.h"
+
+namespace qvr {
+namespace {
+
+class IThing : public IUnknown {
+public:
+    QVR_INTERFACE_ID(IThing)
+    virtual int value() = 0;
+};
+class IOther : public IUnknown {
+public:
+    QVR_INTERFACE_ID(IOther)
+};
+
+int destroyed = 0;
+
+class Thing : public ObjectBase<IThing, ISupportErrorInfo> {
+public:
+    int value() override { return 7; }
+    HRESULT InterfaceSupportsErrorInfo(const IID& iid) override {
+        return iid == IThing::iid ? S_OK : S_FALSE;
+    }
+    ~Thing() override { ++destroyed; }
+};
+
+TEST(Ref, CountsReferencesAndDestroysAtZero) {
+    destroyed = 0;
+    {
+        Ref<IThing> a = makeObject<Thing>();
+        Ref<IThing> b = a;
+        EXPECT_EQ(a->AddRef(), 3u);
+        EXPECT_EQ(a->Release(), 2u);
+        Ref<IThing> c = std::move(b);
+        EXPECT_FALSE(b);
+        EXPECT_EQ(c, a);
+        c = nullptr;
+        EXPECT_EQ(destroyed, 0);
+    }
+    EXPECT_EQ(destroyed, 1);
+}
+
+TEST(Query, AnswersOfferedInterfacesOnly) {
+    Ref<IThing> thing = makeObject<Thing>();
+    Ref<ISupportErrorInfo> sei = query<ISupportErrorInfo>(thing);
+    ASSERT_TRUE(sei);
+    EXPECT_EQ(sei->InterfaceSupportsErrorInfo(IThing::iid), S_OK);
+    EXPECT_EQ(sei->InterfaceSupportsErrorInfo(IOther::iid), S_FALSE);
+    EXPECT_FALSE(query<IOther>(thing));
+    EXPECT_FALSE(query<IThing>(static_cast<IUnknown*>(nullptr)));
+    EXPECT_EQ(query<IThing>(sei.get())->value(), 7);
+}
+
+TEST(Module, CanUnloadOnlyWhenNoObjectOrLockIsLeft) {
+    ASSERT_EQ(CanUnloadNow(), S_OK);
+    {
+        Ref<IThing> thing = makeObject<Thing>();
+        EXPECT_EQ(CanUnloadNow(), S_FALSE);
+    }
+    EXPECT_EQ(CanUnloadNow(), S_OK);
+    LockServer(true);
+    EXPECT_EQ(CanUnloadNow(), S_FALSE);
+    LockServer(false);
+    EXPECT_EQ(CanUnloadNow(), S_OK);
+}
+
+TEST(CookieTable, KeepsRegisteredObjectsAliveUntilRevoked) {
+    destroyed = 0;
+    auto& table = CookieTable::instance();
+    std::uint32_t cookie = 0;
+    {
+        Ref<IThing> thing = makeObject<Thing>();
+        ASSERT_EQ(table.registerInterface(thing, &cookie), S_OK);
+        EXPECT_NE(cookie, 0u);
+    }
+    EXPECT_EQ(destroyed, 0);
+    Ref<IThing> back;
+    ASSERT_EQ(table.get(cookie, &back), S_OK);
+    EXPECT_EQ(back->value(), 7);
+    Ref<IOther> other;
+    EXPECT_EQ(table.get(cookie, &other), E_NOINTERFACE);
+    EXPECT_FALSE(other);
+
+    back = nullptr;
+    EXPECT_EQ(table.revoke(cookie), S_OK);
+    EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(table.revoke(cookie), E_INVALIDARG);
+    EXPECT_EQ(table.get(cookie, &back), E_INVALIDARG);
+    EXPECT_EQ(table.get(0, &back), E_INVALIDARG);
+    EXPECT_EQ(table.registerInterface(nullptr, &cookie), E_INVALIDARG);
+    EXPECT_EQ(cookie, 0u);
+    EXPECT_EQ(CanUnloadNow(), S_OK);
+}
+
+TEST(CookieTable, TwoRegistrationsAreTwoTokens) {
+    auto& table = CookieTable::instance();
+    Ref<IThing> thing = makeObject<Thing>();
+    std::uint32_t a = 0, b = 0;
+    table.registerInterface(thing, &a);
+    table.registerInterface(thing, &b);
+    EXPECT_NE(a, b);
+    EXPECT_EQ(thing->AddRef(), 4u);
+    thing->Release();
+    table.revoke(a);
+    table.revoke(b);
+    EXPECT_EQ(thing->AddRef(), 2u);
+    thing->Release();
+}
+
+TEST(Guarded, TurnsExceptionsIntoStatuses) {
+    EXPECT_EQ(guarded([] { return S_FALSE; }), S_FALSE);
+    EXPECT_EQ(guarded([]() -> HRESULT { raiseFailure(E_OUTOFMEMORY); }), E_OUTOFMEMORY);
+    EXPECT_EQ(guarded([]() -> HRESULT { throw std::bad_alloc(); }), E_OUTOFMEMORY);
+    EXPECT_EQ(guarded([]() -> HRESULT { throw 1; }), E_UNEXPECTED);
+}
+
+TEST(Status, NumericValuesOfTheOriginalPlatform) {
+    EXPECT_EQ(static_cast<std::uint32_t>(E_FAIL), 0x80004005u);
+    EXPECT_EQ(static_cast<std::uint32_t>(E_INVALIDARG), 0x80070057u);
+    EXPECT_EQ(static_cast<std::uint32_t>(E_POINTER), 0x80004003u);
+    EXPECT_EQ(static_cast<std::uint32_t>(DISP_E_EXCEPTION), 0x80020009u);
+    EXPECT_EQ(static_cast<std::uint32_t>(QVR_E_NOTTABLE), 0x80040405u);
+    EXPECT_EQ(static_cast<std::uint32_t>(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)), 0x80070002u);
+    EXPECT_TRUE(SUCCEEDED(S_FALSE));
+    EXPECT_TRUE(FAILED(QVR_E_DUPLICATE));
+}
+
+} // namespace
+} // namespace qvr
