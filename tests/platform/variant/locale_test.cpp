@@ -21,8 +21,11 @@ TEST(Locale, TableAndResolution) {
 
     SetUserLocale(LCID_FR_FR);
     EXPECT_EQ(resolveLocale(LOCALE_USER_DEFAULT), LCID_FR_FR);
-    SetUserLocale(0x0807); // de-CH is kept as the German entry of the table
-    EXPECT_EQ(GetUserLocale(), LCID_DE_DE);
+    SetUserLocale(0x0807); // de-CH is kept as given and reads as the German entry
+    EXPECT_EQ(GetUserLocale(), 0x0807u);
+    EXPECT_EQ(resolveLocale(LOCALE_USER_DEFAULT), LCID_DE_DE);
+    SetUserLocale(LOCALE_USER_DEFAULT); // no change
+    EXPECT_EQ(GetUserLocale(), 0x0807u);
     SetUserLocale(LCID_EN_US);
 }
 
