@@ -1,0 +1,43 @@
+#include "vbscript/builtins.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "vbscript/ascii.h"
+
+namespace qvr::vbscript {
+namespace {
+
+// All areas merged and sorted by name, once.
+const std::vector<const Builtin*>& table() {
+    static const std::vector<const Builtin*> sorted = [] {
+        std::vector<const Builtin*> all;
+        for (auto area : {mathBuiltins(), conversionBuiltins(), stringBuiltins(), searchBuiltins(),
+                          bytesBuiltins(),
+                          formatBuiltins(), dateBuiltins(), inspectionBuiltins(),
+                          constantBuiltins()})
+            for (const Builtin& b : area) all.push_back(&b);
+        std::sort(all.begin(), all.end(), [](const Builtin* a, const Builtin* b) {
+            return compareNoCaseAscii(a->name, b->name) < 0;
+        });
+        return all;
+    }();
+    return sorted;
+}
+
+} // namespace
+
+int findBuiltin(std::string_view name) {
+    const auto& t = table();
+    auto it = std::lower_bound(t.begin(), t.end(), name, [](const Builtin* b, std::string_view n) {
+        return compareNoCaseAscii(b->name, n) < 0;
+    });
+    if (it == t.end() || !equalsNoCaseAscii((*it)->name, name)) return -1;
+    return static_cast<int>(it - t.begin());
+}
+
+const Builtin& builtinAt(int index) {
+    return *table()[static_cast<std::size_t>(index)];
+}
+
+} // namespace qvr::vbscript
