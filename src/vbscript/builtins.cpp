@@ -13,9 +13,8 @@ const std::vector<const Builtin*>& table() {
     static const std::vector<const Builtin*> sorted = [] {
         std::vector<const Builtin*> all;
         for (auto area : {mathBuiltins(), conversionBuiltins(), stringBuiltins(), searchBuiltins(),
-                          bytesBuiltins(),
-                          formatBuiltins(), dateBuiltins(), inspectionBuiltins(),
-                          constantBuiltins()})
+                          bytesBuiltins(), formatBuiltins(), dateBuiltins(), dateIntervalBuiltins(),
+                          inspectionBuiltins(), constantBuiltins()})
             for (const Builtin& b : area) all.push_back(&b);
         std::sort(all.begin(), all.end(), [](const Builtin* a, const Builtin* b) {
             return compareNoCaseAscii(a->name, b->name) < 0;

@@ -37,8 +37,16 @@ struct Builtin {
     std::uint8_t minArgs;
     std::uint8_t maxArgs;
     BuiltinKind kind;
-    BuiltinFn fn;
+    BuiltinFn fn; // null for a constant
+    // The value of a constant: a number of type constType, or a text (a null view for the
+    // null string vbNullString).
+    VARTYPE constType = VT_EMPTY;
+    std::int32_t constValue = 0;
+    std::string_view constText = {};
 };
+
+// The value of a constant entry.
+Variant constantValue(const Builtin& b);
 
 // The entries of one area of the library.
 std::span<const Builtin> mathBuiltins();
@@ -48,6 +56,7 @@ std::span<const Builtin> searchBuiltins();
 std::span<const Builtin> bytesBuiltins();
 std::span<const Builtin> formatBuiltins();
 std::span<const Builtin> dateBuiltins();
+std::span<const Builtin> dateIntervalBuiltins();
 std::span<const Builtin> inspectionBuiltins();
 std::span<const Builtin> constantBuiltins();
 

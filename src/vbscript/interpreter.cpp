@@ -29,8 +29,8 @@ IScriptObject* Interpreter::findItem(std::string_view name) const {
     return nullptr;
 }
 
-void Interpreter::callMember(IScriptObject* object, std::string_view member,
-                             std::string_view path, Variant* args, int argc, Variant* result) {
+void Interpreter::callMember(IScriptObject* object, std::string_view member, std::string_view path,
+                             Variant* args, int argc, Variant* result) {
     HRESULT hr = object->invoke(String(member), args, argc, result);
     if (SUCCEEDED(hr)) return;
     int n = errorFromStatus(hr);

@@ -21,26 +21,66 @@ struct Keyword {
 };
 
 constexpr Keyword kKeywords[] = {
-    {"and", Tok::And},          {"byref", Tok::Reserved},    {"byval", Tok::Reserved},
-    {"call", Tok::Reserved},    {"case", Tok::Reserved},     {"class", Tok::Reserved},
-    {"const", Tok::Reserved},   {"default", Tok::Reserved},  {"dim", Tok::Reserved},
-    {"do", Tok::Reserved},      {"each", Tok::Reserved},     {"else", Tok::Reserved},
-    {"elseif", Tok::Reserved},  {"empty", Tok::Empty},       {"end", Tok::Reserved},
-    {"eqv", Tok::Eqv},          {"erase", Tok::Reserved},    {"error", Tok::Reserved},
-    {"exit", Tok::Reserved},    {"explicit", Tok::Reserved}, {"false", Tok::False},
-    {"for", Tok::Reserved},     {"function", Tok::Reserved}, {"get", Tok::Reserved},
-    {"goto", Tok::Reserved},    {"if", Tok::Reserved},       {"imp", Tok::Imp},
-    {"in", Tok::Reserved},      {"is", Tok::Is},             {"let", Tok::Reserved},
-    {"loop", Tok::Reserved},    {"me", Tok::Reserved},       {"mod", Tok::Mod},
-    {"new", Tok::Reserved},     {"next", Tok::Reserved},     {"not", Tok::Not},
-    {"nothing", Tok::Nothing},  {"null", Tok::Null},         {"on", Tok::Reserved},
-    {"option", Tok::Reserved},  {"or", Tok::Or},             {"preserve", Tok::Reserved},
-    {"private", Tok::Reserved}, {"property", Tok::Reserved}, {"public", Tok::Reserved},
-    {"redim", Tok::Reserved},   {"resume", Tok::Reserved},   {"select", Tok::Reserved},
-    {"set", Tok::Reserved},     {"step", Tok::Reserved},     {"stop", Tok::Reserved},
-    {"sub", Tok::Reserved},     {"then", Tok::Reserved},     {"to", Tok::Reserved},
-    {"true", Tok::True},        {"until", Tok::Reserved},    {"wend", Tok::Reserved},
-    {"while", Tok::Reserved},   {"with", Tok::Reserved},     {"xor", Tok::Xor},
+    {"and", Tok::And},
+    {"byref", Tok::Reserved},
+    {"byval", Tok::Reserved},
+    {"call", Tok::Reserved},
+    {"case", Tok::Reserved},
+    {"class", Tok::Reserved},
+    {"const", Tok::Reserved},
+    {"default", Tok::Reserved},
+    {"dim", Tok::Reserved},
+    {"do", Tok::Reserved},
+    {"each", Tok::Reserved},
+    {"else", Tok::Reserved},
+    {"elseif", Tok::Reserved},
+    {"empty", Tok::Empty},
+    {"end", Tok::Reserved},
+    {"eqv", Tok::Eqv},
+    {"erase", Tok::Reserved},
+    {"error", Tok::Reserved},
+    {"exit", Tok::Reserved},
+    {"explicit", Tok::Reserved},
+    {"false", Tok::False},
+    {"for", Tok::Reserved},
+    {"function", Tok::Reserved},
+    {"get", Tok::Reserved},
+    {"goto", Tok::Reserved},
+    {"if", Tok::Reserved},
+    {"imp", Tok::Imp},
+    {"in", Tok::Reserved},
+    {"is", Tok::Is},
+    {"let", Tok::Reserved},
+    {"loop", Tok::Reserved},
+    {"me", Tok::Reserved},
+    {"mod", Tok::Mod},
+    {"new", Tok::Reserved},
+    {"next", Tok::Reserved},
+    {"not", Tok::Not},
+    {"nothing", Tok::Nothing},
+    {"null", Tok::Null},
+    {"on", Tok::Reserved},
+    {"option", Tok::Reserved},
+    {"or", Tok::Or},
+    {"preserve", Tok::Reserved},
+    {"private", Tok::Reserved},
+    {"property", Tok::Reserved},
+    {"public", Tok::Reserved},
+    {"redim", Tok::Reserved},
+    {"resume", Tok::Reserved},
+    {"select", Tok::Reserved},
+    {"set", Tok::Reserved},
+    {"step", Tok::Reserved},
+    {"stop", Tok::Reserved},
+    {"sub", Tok::Reserved},
+    {"then", Tok::Reserved},
+    {"to", Tok::Reserved},
+    {"true", Tok::True},
+    {"until", Tok::Reserved},
+    {"wend", Tok::Reserved},
+    {"while", Tok::Reserved},
+    {"with", Tok::Reserved},
+    {"xor", Tok::Xor},
 };
 
 Tok keywordOf(std::string_view word) {
@@ -53,8 +93,10 @@ Tok keywordOf(std::string_view word) {
         std::size_t mid = (lo + hi) / 2;
         int c = kKeywords[mid].name.compare(key);
         if (c == 0) return kKeywords[mid].kind;
-        if (c < 0) lo = mid + 1;
-        else hi = mid;
+        if (c < 0)
+            lo = mid + 1;
+        else
+            hi = mid;
     }
     return Tok::Identifier;
 }

@@ -101,7 +101,8 @@ void rndFn(CallContext& cx, Variant* args, int argc, Variant* out) {
             r.seed = (bits + (bits >> 24)) & 0xFFFFFFu;
             result = nextRandom(r);
         } else if (x == 0) {
-            result = r.started ? static_cast<float>(r.last) : static_cast<float>(r.seed) / 16777216.0f;
+            result =
+                r.started ? static_cast<float>(r.last) : static_cast<float>(r.seed) / 16777216.0f;
         } else {
             result = nextRandom(r);
         }

@@ -43,7 +43,7 @@ ArithmeticFn arithmeticOf(Op op) {
 
 // The type a string is read as when it meets a literal of type `vt`.
 VARTYPE readStringAs(VARTYPE vt) {
-    return vt == VT_BOOL || vt == VT_DATE ? vt : VT_R8;
+    return vt == VT_BOOL || vt == VT_DATE ? vt : static_cast<VARTYPE>(VT_R8);
 }
 
 // -1, 0, 1, or 2 for Null. A number and a string compare by the literal rule: a literal number

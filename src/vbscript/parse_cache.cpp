@@ -19,7 +19,8 @@ struct Hash {
     std::size_t operator()(std::string_view s) const { return std::hash<std::string_view>()(s); }
 };
 
-using Table = std::unordered_map<std::string, std::shared_ptr<const Program>, Hash, std::equal_to<>>;
+using Table =
+    std::unordered_map<std::string, std::shared_ptr<const Program>, Hash, std::equal_to<>>;
 
 Table& table() {
     thread_local Table t;

@@ -28,16 +28,15 @@ constexpr int kLogicalLevels = 5;
 
 // The arithmetic levels, loosest first: &, + -, Mod, \, * /.
 constexpr LevelOp kArithmetic[] = {
-    {Tok::Ampersand, Op::Concat}, {Tok::Plus, Op::Add},      {Tok::Minus, Op::Sub},
-    {Tok::Mod, Op::Mod},          {Tok::Backslash, Op::IntDiv}, {Tok::Star, Op::Mul},
-    {Tok::Slash, Op::Div},
+    {Tok::Ampersand, Op::Concat}, {Tok::Plus, Op::Add}, {Tok::Minus, Op::Sub}, {Tok::Mod, Op::Mod},
+    {Tok::Backslash, Op::IntDiv}, {Tok::Star, Op::Mul}, {Tok::Slash, Op::Div},
 };
 constexpr int kArithmeticLevel[] = {0, 1, 1, 2, 3, 4, 4};
 constexpr int kArithmeticLevels = 5;
 
 constexpr LevelOp kComparisons[] = {
-    {Tok::Equal, Op::Eq},         {Tok::NotEqual, Op::Ne}, {Tok::Less, Op::Lt},
-    {Tok::Greater, Op::Gt},       {Tok::LessEqual, Op::Le}, {Tok::GreaterEqual, Op::Ge},
+    {Tok::Equal, Op::Eq},   {Tok::NotEqual, Op::Ne},  {Tok::Less, Op::Lt},
+    {Tok::Greater, Op::Gt}, {Tok::LessEqual, Op::Le}, {Tok::GreaterEqual, Op::Ge},
     {Tok::Is, Op::Is},
 };
 
@@ -155,8 +154,8 @@ Parser::Operand Parser::parseUnary() {
         leave();
         // A negative number literal stays a literal.
         const Instr& last = program_->code.back();
-        bool literal = operand.literal && last.op == Op::Const &&
-                       isNumeric(program_->constants[last.a]);
+        bool literal =
+            operand.literal && last.op == Op::Const && isNumeric(program_->constants[last.a]);
         return Operand{literal};
     }
     case Tok::Plus: {
@@ -199,8 +198,10 @@ Parser::Operand Parser::parsePowerOperand() {
 Parser::Operand Parser::parsePrimary() {
     switch (tok_.kind) {
     case Tok::Integer:
-        if (tok_.longType) emitConst(Variant(tok_.integer));
-        else emitConst(Variant(static_cast<std::int16_t>(tok_.integer)));
+        if (tok_.longType)
+            emitConst(Variant(tok_.integer));
+        else
+            emitConst(Variant(static_cast<std::int16_t>(tok_.integer)));
         advance();
         return Operand{true};
     case Tok::Float:
@@ -302,8 +303,8 @@ Parser::Operand Parser::parsePostfix(Operand operand, const std::string* path) {
         } else if (tok_.kind == Tok::LParen) {
             advance();
             int argc = parseArguments();
-            emit(Instr{Op::Index, 0, static_cast<std::uint16_t>(argc), addName(text, 0)},
-                 argc + 1, 1);
+            emit(Instr{Op::Index, 0, static_cast<std::uint16_t>(argc), addName(text, 0)}, argc + 1,
+                 1);
             operand = Operand{};
         } else {
             return operand;
@@ -318,8 +319,10 @@ int Parser::parseArguments() {
         return 0;
     }
     for (;;) {
-        if (tok_.kind == Tok::Comma || tok_.kind == Tok::RParen) emitConst(Variant::missing());
-        else parseImp();
+        if (tok_.kind == Tok::Comma || tok_.kind == Tok::RParen)
+            emitConst(Variant::missing());
+        else
+            parseImp();
         if (++argc > kMaxArguments) fail(kSyntaxError);
         if (tok_.kind == Tok::Comma) {
             advance();
@@ -341,8 +344,7 @@ void Parser::emit(Instr instr, int pops, int pushes) {
 
 void Parser::emitConst(Variant value) {
     program_->constants.push_back(std::move(value));
-    emit(Instr{Op::Const, 0, 0, static_cast<std::uint32_t>(program_->constants.size() - 1)}, 0,
-         1);
+    emit(Instr{Op::Const, 0, 0, static_cast<std::uint32_t>(program_->constants.size() - 1)}, 0, 1);
 }
 
 std::uint32_t Parser::addName(std::string text, std::uint32_t member) {
@@ -375,6 +377,10 @@ bool Parser::tailIsConst(int count) const {
 
 void Parser::emitCall(int builtin, int argc) {
     const Builtin& b = builtinAt(builtin);
+    if (b.kind == kConstant && argc == 0) {
+        emitConst(constantValue(b));
+        return;
+    }
     if (argc < b.minArgs || argc > b.maxArgs) {
         // The arguments are evaluated, then the call fails.
         std::uint32_t index = addName(std::string(b.name), 0);

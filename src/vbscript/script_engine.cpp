@@ -31,8 +31,8 @@ void fill(ScriptException* record, const ScriptError& e, std::string_view text) 
     *record = ScriptException{};
     record->number = e.number();
     bool compile = isCompileError(e.number()) || e.position() >= 0;
-    record->source = compile ? "Microsoft VBScript compilation error"
-                             : "Microsoft VBScript runtime error";
+    record->source =
+        compile ? "Microsoft VBScript compilation error" : "Microsoft VBScript runtime error";
     record->description = String(e.description());
     record->helpFile = String("");
     record->scode = e.status();
@@ -73,7 +73,7 @@ HRESULT ScriptEngine::run(const String& expression, Variant* result, ScriptExcep
         // A fault found while compiling is a compile error even when its number is a
         // run-time one (a nesting too deep to follow).
         return isCompileError(e.number()) || e.position() >= 0 ? OLESCRIPT_E_SYNTAX
-                                                                : DISP_E_EXCEPTION;
+                                                               : DISP_E_EXCEPTION;
     }
     CallContext context{lcid, &random_};
     Interpreter interpreter(items_, context);

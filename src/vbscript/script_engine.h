@@ -47,13 +47,13 @@ constexpr HRESULT OLESCRIPT_E_SYNTAX = makeStatus(0x80020101);
 
 // The exception record of a failed evaluation.
 struct ScriptException {
-    int number = 0;          // VBScript's error number: 13, 1002...
-    String source;           // "Microsoft VBScript runtime error" or "... compilation error"
-    String description;      // "Type mismatch: 'CInt'"
-    String helpFile;         // empty: the language's errors carry no help file
+    int number = 0;     // VBScript's error number: 13, 1002...
+    String source;      // "Microsoft VBScript runtime error" or "... compilation error"
+    String description; // "Type mismatch: 'CInt'"
+    String helpFile;    // empty: the language's errors carry no help file
     std::uint32_t helpContext = 0;
-    HRESULT scode = S_OK;    // 0x800A0000 | number (or a host object's own failure status)
-    std::int32_t line = -1;  // compile errors: zero-based line of the fault
+    HRESULT scode = S_OK;     // 0x800A0000 | number (or a host object's own failure status)
+    std::int32_t line = -1;   // compile errors: zero-based line of the fault
     std::int32_t column = -1; // compile errors: zero-based character position in that line
 };
 

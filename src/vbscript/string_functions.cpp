@@ -96,7 +96,8 @@ void caseFn(CallContext& cx, Variant* args, int, Variant* out) {
         return;
     }
     std::u16string units = toUtf16(text);
-    *out = textResult(fromUtf16(Upper ? upperUnits(std::move(units)) : lowerUnits(std::move(units))));
+    *out =
+        textResult(fromUtf16(Upper ? upperUnits(std::move(units)) : lowerUnits(std::move(units))));
 }
 
 // Trim removes blanks (U+0020) only, as the language does.

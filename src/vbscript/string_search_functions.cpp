@@ -56,8 +56,10 @@ void instrFn(CallContext& cx, Variant* args, int argc, Variant* out) {
     Units needle = unitsOf(toText(args[first + 1], cx.lcid), ignoreCase);
     std::size_t from = static_cast<std::size_t>(start - 1);
     std::int32_t result = 0;
-    if (hay.original.empty() || from > hay.original.size()) result = 0;
-    else if (needle.original.empty()) result = start;
+    if (hay.original.empty() || from > hay.original.size())
+        result = 0;
+    else if (needle.original.empty())
+        result = start;
     else if (std::size_t at = findForward(hay, needle, from); at != npos)
         result = static_cast<std::int32_t>(at + 1);
     *out = Variant(result);
@@ -173,12 +175,13 @@ void splitFn(CallContext& cx, Variant* args, int argc, Variant* out) {
     if (!text.original.empty() && limit != 0) {
         std::size_t at = 0;
         for (;;) {
-            std::size_t hit = sep.original.empty() || static_cast<std::int32_t>(parts.size()) ==
-                                                          limit - 1
-                                  ? npos
-                                  : findForward(text, sep, at);
+            std::size_t hit =
+                sep.original.empty() || static_cast<std::int32_t>(parts.size()) == limit - 1
+                    ? npos
+                    : findForward(text, sep, at);
             if (hit == npos) {
-                parts.emplace_back(String(fromUtf16(std::u16string_view(text.original).substr(at))));
+                parts.emplace_back(
+                    String(fromUtf16(std::u16string_view(text.original).substr(at))));
                 break;
             }
             parts.emplace_back(
@@ -207,9 +210,9 @@ void filterFn(CallContext& cx, Variant* args, int argc, Variant* out) {
 }
 
 constexpr Builtin kSearch[] = {
-    {"Filter", 2, 4, kPure, filterFn},  {"InStr", 2, 4, kPure, instrFn},
+    {"Filter", 2, 4, kPure, filterFn},     {"InStr", 2, 4, kPure, instrFn},
     {"InStrRev", 2, 4, kPure, instrRevFn}, {"Join", 1, 2, kPure, joinFn},
-    {"Replace", 3, 6, kPure, replaceFn}, {"Split", 1, 4, kPure, splitFn},
+    {"Replace", 3, 6, kPure, replaceFn},   {"Split", 1, 4, kPure, splitFn},
     {"StrComp", 2, 3, kPure, strCompFn},
 };
 
