@@ -62,9 +62,10 @@ bool splitDate(DATE date, std::int64_t* day, std::int64_t* seconds) {
     return true;
 }
 
-std::string pad2(int v) {
-    std::string s = std::to_string(v);
-    return s.size() < 2 ? "0" + s : s;
+// A number of a date picture: "d" gives it as it is, "dd" with at least two digits.
+std::string numberField(int value, std::size_t width) {
+    std::string s = std::to_string(value);
+    return s.size() < width && width > 1 ? std::string(width - s.size(), '0') + s : s;
 }
 
 // ---- Reading -------------------------------------------------------------------------------
@@ -293,43 +294,31 @@ std::string formatDatePicture(const DateParts& parts, std::string_view picture,
         }
         std::size_t n = 1;
         while (i + n < picture.size() && picture[i + n] == c) ++n;
+        // Parts from a caller may be out of range; names are then left out, never read past.
+        bool monthKnown = parts.month >= 1 && parts.month <= 12;
+        bool weekdayKnown = parts.dayOfWeek >= 0 && parts.dayOfWeek <= 6;
         int hour12 = parts.hour % 12 == 0 ? 12 : parts.hour % 12;
         const char* meridiem = parts.hour < 12 ? locale.am : locale.pm;
         switch (c) {
         case 'd':
-            if (n == 1)
-                out += std::to_string(parts.day);
-            else if (n == 2)
-                out += pad2(parts.day);
-            else if (n == 3)
-                out += locale.dayAbbreviations[parts.dayOfWeek];
-            else
-                out += locale.dayNames[parts.dayOfWeek];
+            if (n <= 2)
+                out += numberField(parts.day, n);
+            else if (weekdayKnown)
+                out += (n == 3 ? locale.dayAbbreviations : locale.dayNames)[parts.dayOfWeek];
             break;
         case 'M':
-            if (n == 1)
-                out += std::to_string(parts.month);
-            else if (n == 2)
-                out += pad2(parts.month);
-            else if (n == 3)
-                out += locale.monthAbbreviations[parts.month - 1];
-            else
-                out += locale.monthNames[parts.month - 1];
+            if (n <= 2)
+                out += numberField(parts.month, n);
+            else if (monthKnown)
+                out += (n == 3 ? locale.monthAbbreviations : locale.monthNames)[parts.month - 1];
             break;
         case 'y':
-            if (n == 1)
-                out += std::to_string(parts.year % 100);
-            else if (n == 2)
-                out += pad2(parts.year % 100);
-            else
-                out += std::string(parts.year < 1000 ? 4 - std::to_string(parts.year).size() : 0,
-                                   '0') +
-                       std::to_string(parts.year);
+            out += n <= 2 ? numberField(parts.year % 100, n) : numberField(parts.year, 4);
             break;
-        case 'h': out += n == 1 ? std::to_string(hour12) : pad2(hour12); break;
-        case 'H': out += n == 1 ? std::to_string(parts.hour) : pad2(parts.hour); break;
-        case 'm': out += n == 1 ? std::to_string(parts.minute) : pad2(parts.minute); break;
-        case 's': out += n == 1 ? std::to_string(parts.second) : pad2(parts.second); break;
+        case 'h': out += numberField(hour12, n); break;
+        case 'H': out += numberField(parts.hour, n); break;
+        case 'm': out += numberField(parts.minute, n); break;
+        case 's': out += numberField(parts.second, n); break;
         case 't':
             if (n == 1)
                 out += std::string_view(meridiem).substr(0, 1);
