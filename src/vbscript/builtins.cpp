@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "vbscript/ascii.h"
+#include "vbscript/name_table.h"
 
 namespace qvr::vbscript {
 namespace {
@@ -24,15 +25,20 @@ const std::vector<const Builtin*>& table() {
     return sorted;
 }
 
+const NameTable& index() {
+    static const NameTable names = [] {
+        std::vector<std::string_view> list;
+        for (const Builtin* b : table()) list.push_back(b->name);
+        return NameTable(list);
+    }();
+    return names;
+}
+
 } // namespace
 
 int findBuiltin(std::string_view name) {
-    const auto& t = table();
-    auto it = std::lower_bound(t.begin(), t.end(), name, [](const Builtin* b, std::string_view n) {
-        return compareNoCaseAscii(b->name, n) < 0;
-    });
-    if (it == t.end() || !equalsNoCaseAscii((*it)->name, name)) return -1;
-    return static_cast<int>(it - t.begin());
+    if (name.size() < 2 || name.size() > 20) return -1; // no library name is shorter or longer
+    return index().find(name);
 }
 
 const Builtin& builtinAt(int index) {

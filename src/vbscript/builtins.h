@@ -22,7 +22,8 @@ struct CallContext {
     RandomState* random = nullptr;
 };
 
-// Arguments are the caller's stack slots: a function may move from them. A left-out argument
+// Arguments are the caller's stack slots (or, when folding, the compiled constants): a function
+// may move from an argument only once it can no longer fail. A left-out argument
 // ("Mid(s, 2, )") arrives as a missing-value variant.
 using BuiltinFn = void (*)(CallContext& cx, Variant* args, int argc, Variant* out);
 

@@ -135,7 +135,7 @@ void Interpreter::run(const Program& p, Variant* out) {
             break;
         case Op::Is:
             --sp;
-            applyBinary(in.op, in.flags, stack[sp - 1], stack[sp], cx_.lcid);
+            applyBinary(in.op, in.flags, stack[sp - 1], stack[sp], cx_.lcid, &stack[sp - 1]);
             break;
         default: {
             --sp;
@@ -144,7 +144,7 @@ void Interpreter::run(const Program& p, Variant* out) {
             resolveDefault(l);
             resolveDefault(r);
             try {
-                applyBinary(in.op, in.flags, l, r, cx_.lcid);
+                applyBinary(in.op, in.flags, l, r, cx_.lcid, &l);
             } catch (const ScriptError& e) {
                 if (e.number() != kTypeMismatch) throw;
                 throw e.withDetail(describeOperands(l, r));

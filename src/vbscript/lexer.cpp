@@ -8,6 +8,7 @@
 #include <unicode/uchar.h>
 
 #include "vbscript/ascii.h"
+#include "vbscript/name_table.h"
 #include "vbscript/script_error.h"
 
 namespace qvr::vbscript {
@@ -16,7 +17,7 @@ namespace {
 constexpr std::size_t kMaxIdentifier = 255;
 
 struct Keyword {
-    std::string_view name; // lower case
+    std::string_view name;
     Tok kind;
 };
 
@@ -85,20 +86,13 @@ constexpr Keyword kKeywords[] = {
 
 Tok keywordOf(std::string_view word) {
     if (word.size() < 2 || word.size() > 8) return Tok::Identifier;
-    char lower[8];
-    for (std::size_t i = 0; i < word.size(); ++i) lower[i] = toLowerAscii(word[i]);
-    std::string_view key(lower, word.size());
-    std::size_t lo = 0, hi = std::size(kKeywords);
-    while (lo < hi) {
-        std::size_t mid = (lo + hi) / 2;
-        int c = kKeywords[mid].name.compare(key);
-        if (c == 0) return kKeywords[mid].kind;
-        if (c < 0)
-            lo = mid + 1;
-        else
-            hi = mid;
-    }
-    return Tok::Identifier;
+    static const NameTable table = [] {
+        std::vector<std::string_view> names;
+        for (const Keyword& k : kKeywords) names.push_back(k.name);
+        return NameTable(names);
+    }();
+    int i = table.find(word);
+    return i < 0 ? Tok::Identifier : kKeywords[i].kind;
 }
 
 // Decodes the code point at `i` (a malformed byte counts as U+FFFD of length 1).
@@ -342,18 +336,18 @@ Token Lexer::quoted(std::uint32_t start) {
     Token t;
     t.kind = Tok::String;
     t.pos = static_cast<std::uint32_t>(i);
+    const char* p = text_.data();
+    const std::size_t n = text_.size();
     for (;;) {
-        if (i >= text_.size() || text_[i] == '\n' || text_[i] == '\r')
+        while (i < n && p[i] != '"' && p[i] != '\n' && p[i] != '\r') ++i;
+        if (i >= n || p[i] != '"')
             throw ScriptError(kUnterminatedString, {}, static_cast<std::int32_t>(start));
-        if (text_[i] == '"') {
-            if (i + 1 < text_.size() && text_[i + 1] == '"') {
-                t.hasDoubledQuotes = true;
-                i += 2;
-                continue;
-            }
-            break;
+        if (i + 1 < n && p[i + 1] == '"') {
+            t.hasDoubledQuotes = true;
+            i += 2;
+            continue;
         }
-        ++i;
+        break;
     }
     t.len = static_cast<std::uint32_t>(i - t.pos);
     at_ = i + 1;

@@ -72,6 +72,20 @@ void roundFn(CallContext& cx, Variant* args, int argc, Variant* out) {
     }
     Variant value = args[0];
     if (value.vt() == VT_BSTR || value.vt() == VT_EMPTY) value = convertTo(value, VT_R8, cx.lcid);
+    if (value.vt() == VT_R8 && digits <= 15) {
+        // Scaled by a power of ten, a value that lies clearly off a half rounds the same as its
+        // exact decimal form would; only near-ties need the platform's exact rounding.
+        static constexpr double kPowers[] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+        double scaled = value.r8() * kPowers[digits];
+        double whole = std::floor(scaled);
+        double fraction = scaled - whole;
+        if (std::fabs(scaled) < 1e15 && std::fabs(fraction - 0.5) > 1e-6) {
+            double rounded = (fraction < 0.5 ? whole : whole + 1) / kPowers[digits];
+            *out = Variant(rounded == 0 ? 0.0 : rounded);
+            return;
+        }
+    }
     check(varRound(value, digits, out));
 }
 

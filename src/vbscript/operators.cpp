@@ -113,20 +113,30 @@ void check(HRESULT status) {
     if (FAILED(status)) raise(errorFromStatus(status));
 }
 
-void applyBinary(Op op, std::uint8_t flags, Variant& left, const Variant& right, LCID lcid) {
+void applyBinary(Op op, std::uint8_t flags, const Variant& left, const Variant& right, LCID lcid,
+                 Variant* out) {
+    if (op == Op::Concat && left.vt() == VT_BSTR && right.vt() == VT_BSTR) {
+        // The common case of text building, without the general conversion.
+        std::string joined;
+        joined.reserve(left.str().byteLength() + right.str().byteLength());
+        joined += left.str().view();
+        joined += right.str().view();
+        *out = Variant(String(std::move(joined)));
+        return;
+    }
     if (ArithmeticFn fn = arithmeticOf(op)) {
-        Variant out;
-        check(fn(left, right, &out));
-        left = std::move(out);
+        Variant result;
+        check(fn(left, right, &result));
+        *out = std::move(result);
         return;
     }
     if (op == Op::Is) {
         if (!left.isObject() || !right.isObject()) raise(kObjectRequired);
-        left = Variant(left.object() == right.object());
+        *out = Variant(left.object() == right.object());
         return;
     }
     int c = compare(left, right, flags, lcid);
-    left = c == 2 ? Variant::null() : Variant(comparisonHolds(op, c));
+    *out = c == 2 ? Variant::null() : Variant(comparisonHolds(op, c));
 }
 
 void applyUnary(Op op, Variant& value) {

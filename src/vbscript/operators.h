@@ -12,9 +12,10 @@
 
 namespace qvr::vbscript {
 
-// `left` becomes `left op right`. `flags` holds kLeftLiteral / kRightLiteral for comparisons.
-// Throws ScriptError.
-void applyBinary(Op op, std::uint8_t flags, Variant& left, const Variant& right, LCID lcid);
+// `*out` becomes `left op right` (`out` may be `&left`). `flags` holds kLeftLiteral /
+// kRightLiteral for comparisons. Throws ScriptError, leaving `*out` as it was.
+void applyBinary(Op op, std::uint8_t flags, const Variant& left, const Variant& right, LCID lcid,
+                 Variant* out);
 // `value` becomes `op value` (Neg or Not).
 void applyUnary(Op op, Variant& value);
 

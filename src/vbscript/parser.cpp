@@ -14,31 +14,40 @@ namespace {
 constexpr int kMaxDepth = 256;
 constexpr int kMaxArguments = 1024;
 
-struct LevelOp {
-    Tok tok;
+// Binding strength of each binary operator, loosest first; Not (between And and the
+// comparisons) and the unary signs (between * / and ^) stand between them, and ^ is handled
+// apart because its operand may carry a sign.
+constexpr int kComparisonPrecedence = 7;
+
+struct Binary {
+    int precedence; // 0 for a token that is no binary operator
     Op op;
 };
 
-// The logical operators, loosest first; each level holds one operator.
-constexpr LevelOp kLogical[] = {
-    {Tok::Imp, Op::Imp}, {Tok::Eqv, Op::Eqv}, {Tok::Xor, Op::Xor},
-    {Tok::Or, Op::Or},   {Tok::And, Op::And},
-};
-constexpr int kLogicalLevels = 5;
-
-// The arithmetic levels, loosest first: &, + -, Mod, \, * /.
-constexpr LevelOp kArithmetic[] = {
-    {Tok::Ampersand, Op::Concat}, {Tok::Plus, Op::Add}, {Tok::Minus, Op::Sub}, {Tok::Mod, Op::Mod},
-    {Tok::Backslash, Op::IntDiv}, {Tok::Star, Op::Mul}, {Tok::Slash, Op::Div},
-};
-constexpr int kArithmeticLevel[] = {0, 1, 1, 2, 3, 4, 4};
-constexpr int kArithmeticLevels = 5;
-
-constexpr LevelOp kComparisons[] = {
-    {Tok::Equal, Op::Eq},   {Tok::NotEqual, Op::Ne},  {Tok::Less, Op::Lt},
-    {Tok::Greater, Op::Gt}, {Tok::LessEqual, Op::Le}, {Tok::GreaterEqual, Op::Ge},
-    {Tok::Is, Op::Is},
-};
+constexpr Binary binaryOf(Tok t) {
+    switch (t) {
+    case Tok::Imp: return {1, Op::Imp};
+    case Tok::Eqv: return {2, Op::Eqv};
+    case Tok::Xor: return {3, Op::Xor};
+    case Tok::Or: return {4, Op::Or};
+    case Tok::And: return {5, Op::And};
+    case Tok::Equal: return {kComparisonPrecedence, Op::Eq};
+    case Tok::NotEqual: return {kComparisonPrecedence, Op::Ne};
+    case Tok::Less: return {kComparisonPrecedence, Op::Lt};
+    case Tok::Greater: return {kComparisonPrecedence, Op::Gt};
+    case Tok::LessEqual: return {kComparisonPrecedence, Op::Le};
+    case Tok::GreaterEqual: return {kComparisonPrecedence, Op::Ge};
+    case Tok::Is: return {kComparisonPrecedence, Op::Is};
+    case Tok::Ampersand: return {8, Op::Concat};
+    case Tok::Plus: return {9, Op::Add};
+    case Tok::Minus: return {9, Op::Sub};
+    case Tok::Mod: return {10, Op::Mod};
+    case Tok::Backslash: return {11, Op::IntDiv};
+    case Tok::Star: return {12, Op::Mul};
+    case Tok::Slash: return {12, Op::Div};
+    default: return {0, Op::Const};
+    }
+}
 
 // Keywords that may still name a member after a dot ("Item.End" is a valid member access).
 bool isWordToken(Tok t) {
@@ -63,6 +72,10 @@ bool isNumeric(const Variant& v) {
 std::shared_ptr<const Program> Parser::compile(std::string_view text, LCID lcid) {
     Parser p(text, lcid);
     p.program_->lcid = lcid;
+    // Room for a typical formula, so that emitting rarely reallocates.
+    std::size_t room = std::min<std::size_t>(text.size() / 2 + 4, 64);
+    p.program_->code.reserve(room);
+    p.program_->constants.reserve(room);
     p.advance();
     while (p.tok_.kind == Tok::Newline) p.advance();
     if (p.tok_.kind == Tok::End) {
@@ -87,61 +100,22 @@ void Parser::enter() {
 }
 
 Parser::Operand Parser::parseImp() {
-    enter();
-    Operand result = parseBinaryLevel(0);
-    leave();
-    return result;
+    return parseExpression(1);
 }
 
-Parser::Operand Parser::parseBinaryLevel(int level) {
-    if (level == kLogicalLevels) return parseNot();
-    Operand left = parseBinaryLevel(level + 1);
-    while (tok_.kind == kLogical[level].tok) {
+Parser::Operand Parser::parseExpression(int minPrecedence) {
+    enter();
+    Operand left = parseUnary();
+    for (;;) {
+        Binary b = binaryOf(tok_.kind);
+        if (b.precedence < minPrecedence || b.precedence == 0) break;
         advance();
-        Operand right = parseBinaryLevel(level + 1);
-        emitBinary(kLogical[level].op, left, right);
+        Operand right = parseExpression(b.precedence + 1); // left-associative
+        emitBinary(b.op, left, right);
         left = Operand{};
     }
+    leave();
     return left;
-}
-
-Parser::Operand Parser::parseNot() {
-    if (tok_.kind != Tok::Not) return parseComparison();
-    advance();
-    enter();
-    parseNot();
-    emitUnary(Op::Not);
-    leave();
-    return Operand{};
-}
-
-Parser::Operand Parser::parseComparison() {
-    Operand left = parseArithmetic(0);
-    for (;;) {
-        auto it = std::find_if(std::begin(kComparisons), std::end(kComparisons),
-                               [&](const LevelOp& c) { return c.tok == tok_.kind; });
-        if (it == std::end(kComparisons)) return left;
-        advance();
-        Operand right = parseArithmetic(0);
-        emitBinary(it->op, left, right);
-        left = Operand{};
-    }
-}
-
-Parser::Operand Parser::parseArithmetic(int level) {
-    if (level == kArithmeticLevels) return parseUnary();
-    Operand left = parseArithmetic(level + 1);
-    for (;;) {
-        int i = 0;
-        while (i < static_cast<int>(std::size(kArithmetic)) &&
-               (kArithmeticLevel[i] != level || kArithmetic[i].tok != tok_.kind))
-            ++i;
-        if (i == static_cast<int>(std::size(kArithmetic))) return left;
-        advance();
-        Operand right = parseArithmetic(level + 1);
-        emitBinary(kArithmetic[i].op, left, right);
-        left = Operand{};
-    }
 }
 
 Parser::Operand Parser::parseUnary() {
@@ -165,7 +139,13 @@ Parser::Operand Parser::parseUnary() {
         leave();
         return operand;
     }
-    case Tok::Not: return parseNot();
+    case Tok::Not: {
+        // Not takes a comparison: Not a = b is Not (a = b).
+        advance();
+        parseExpression(kComparisonPrecedence);
+        emitUnary(Op::Not);
+        return Operand{};
+    }
     default: return parsePower();
     }
 }
@@ -390,13 +370,14 @@ void Parser::emitCall(int builtin, int argc) {
         return;
     }
     if (b.kind != kVolatile && tailIsConst(argc)) {
+        // The constants themselves are the arguments: a function moves from an argument only
+        // where it can no longer fail, so a failed call leaves them intact for run time.
         auto& pool = program_->constants;
-        std::vector<Variant> args(pool.end() - argc, pool.end());
         Variant out;
         CallContext cx{lcid_, nullptr};
         bool folded = true;
         try {
-            b.fn(cx, args.data(), argc, &out);
+            b.fn(cx, pool.data() + (pool.size() - static_cast<std::size_t>(argc)), argc, &out);
         } catch (const ScriptError&) {
             folded = false; // the error belongs to run time
         }
@@ -417,13 +398,12 @@ void Parser::emitBinary(Op op, Operand left, Operand right) {
                                                    (right.literal ? kRightLiteral : 0));
     if (tailIsConst(2)) {
         auto& pool = program_->constants;
-        Variant l = pool[pool.size() - 2];
+        Variant& l = pool[pool.size() - 2];
         try {
-            applyBinary(op, flags, l, pool.back(), lcid_);
-            pool.resize(pool.size() - 2);
-            program_->code.resize(program_->code.size() - 2);
-            stack_ -= 2;
-            emitConst(std::move(l));
+            applyBinary(op, flags, l, pool.back(), lcid_, &l);
+            pool.pop_back();
+            program_->code.pop_back();
+            --stack_;
             return;
         } catch (const ScriptError&) {
             // left for run time, which raises the same error
@@ -434,10 +414,8 @@ void Parser::emitBinary(Op op, Operand left, Operand right) {
 
 void Parser::emitUnary(Op op) {
     if (tailIsConst(1)) {
-        Variant v = program_->constants.back();
         try {
-            applyUnary(op, v);
-            program_->constants.back() = std::move(v);
+            applyUnary(op, program_->constants.back()); // unchanged when it fails
             return;
         } catch (const ScriptError&) {
         }

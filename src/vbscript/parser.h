@@ -32,10 +32,7 @@ private:
     void leave() { --depth_; }
 
     Operand parseImp();
-    Operand parseBinaryLevel(int level);
-    Operand parseNot();
-    Operand parseComparison();
-    Operand parseArithmetic(int level);
+    Operand parseExpression(int minPrecedence); // binary operators binding at least this tight
     Operand parseUnary();
     Operand parsePower();
     Operand parsePowerOperand();

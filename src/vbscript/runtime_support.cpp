@@ -66,6 +66,12 @@ std::string toText(Variant& v, LCID lcid) {
     return convertTo(v, VT_BSTR, lcid).str().str();
 }
 
+std::string_view textView(Variant& v, LCID lcid, std::string& storage) {
+    if (v.vt() == VT_BSTR) return v.str().view();
+    storage = convertTo(v, VT_BSTR, lcid).str().str();
+    return storage;
+}
+
 std::int32_t optionalLong(Variant* args, int argc, int i, std::int32_t fallback, LCID lcid) {
     return present(args, argc, i) ? toLong(args[i], lcid) : fallback;
 }

@@ -32,6 +32,9 @@ double toDouble(Variant& v, LCID lcid);
 std::int32_t toLong(Variant& v, LCID lcid); // rounded half to even
 DATE toDate(Variant& v, LCID lcid);
 std::string toText(Variant& v, LCID lcid); // as CStr writes it
+// The same without a copy when the argument is text already: a view of the argument, or of
+// `storage` holding the converted text.
+std::string_view textView(Variant& v, LCID lcid, std::string& storage);
 // An optional whole-number argument: `fallback` when absent.
 std::int32_t optionalLong(Variant* args, int argc, int i, std::int32_t fallback, LCID lcid);
 // The compare argument of the string functions: 0 binary, 1 text; other values raise

@@ -29,7 +29,8 @@ std::size_t count(Variant& v, LCID lcid) {
 
 void lenFn(CallContext& cx, Variant* args, int, Variant* out) {
     if (nullText(args[0], out)) return;
-    *out = Variant(static_cast<std::int32_t>(utf16Length(toText(args[0], cx.lcid))));
+    std::string storage;
+    *out = Variant(static_cast<std::int32_t>(utf16Length(textView(args[0], cx.lcid, storage))));
 }
 
 // Left, Right and Mid in units; `bytes` halves the counts for the byte forms.
@@ -45,18 +46,20 @@ void slice(CallContext& cx, Variant* args, int argc, Variant* out, char which, b
             from /= 2;
             if (length != SIZE_MAX) length = (length + 1) / 2;
         }
-        *out = textResult(utf16Slice(toText(args[0], cx.lcid), from, length));
+        std::string storage;
+        *out = textResult(utf16Slice(textView(args[0], cx.lcid, storage), from, length));
         return;
     }
     std::size_t n = count(args[1], cx.lcid);
     if (nullText(args[0], out)) return;
     if (bytes) n = (n + 1) / 2;
-    std::string text = toText(args[0], cx.lcid);
+    std::string storage;
+    std::string_view text = textView(args[0], cx.lcid, storage);
     if (which == 'L') {
         *out = textResult(utf16Slice(text, 0, n));
     } else {
         std::size_t len = utf16Length(text);
-        *out = textResult(n >= len ? std::move(text) : utf16Slice(text, len - n, n));
+        *out = textResult(n >= len ? std::string(text) : utf16Slice(text, len - n, n));
     }
 }
 
