@@ -70,22 +70,35 @@ bool isNumeric(const Variant& v) {
 } // namespace
 
 std::shared_ptr<const Program> Parser::compile(std::string_view text, LCID lcid) {
-    Parser p(text, lcid);
-    p.program_->lcid = lcid;
+    auto program = std::make_shared<Program>();
+    compileInto(text, lcid, *program);
+    return program;
+}
+
+void Parser::compileInto(std::string_view text, LCID lcid, Program& out) {
+    out.code.clear();
+    out.constants.clear();
+    out.names.clear();
+    out.maxStack = 0;
+    out.lcid = lcid;
     // Room for a typical formula, so that emitting rarely reallocates.
     std::size_t room = std::min<std::size_t>(text.size() / 2 + 4, 64);
-    p.program_->code.reserve(room);
-    p.program_->constants.reserve(room);
-    p.advance();
-    while (p.tok_.kind == Tok::Newline) p.advance();
-    if (p.tok_.kind == Tok::End) {
-        p.emitConst(Variant());
+    out.code.reserve(room);
+    out.constants.reserve(room);
+    Parser p(text, lcid, out);
+    p.run();
+}
+
+void Parser::run() {
+    advance();
+    while (tok_.kind == Tok::Newline) advance();
+    if (tok_.kind == Tok::End) {
+        emitConst(Variant());
     } else {
-        p.parseImp();
-        while (p.tok_.kind == Tok::Newline) p.advance();
-        if (p.tok_.kind != Tok::End) p.fail(kExpectedEndOfStatement);
+        parseImp();
+        while (tok_.kind == Tok::Newline) advance();
+        if (tok_.kind != Tok::End) fail(kExpectedEndOfStatement);
     }
-    return p.program_;
 }
 
 void Parser::fail(int number) const {

@@ -17,6 +17,9 @@ public:
     // Compiles `text` under locale `lcid` (for folding). Throws ScriptError with the byte
     // position of the fault for a text that is not one expression.
     static std::shared_ptr<const Program> compile(std::string_view text, LCID lcid);
+    // The same into `out`, which is cleared first and keeps its capacity: a caller that
+    // compiles many texts one after the other reuses one program's storage.
+    static void compileInto(std::string_view text, LCID lcid, Program& out);
 
 private:
     // What the caller of a parse step needs to know of the sub-expression just emitted.
@@ -24,7 +27,9 @@ private:
         bool literal = false; // written as a literal (counts for comparisons)
     };
 
-    Parser(std::string_view text, LCID lcid) : lexer_(text), lcid_(lcid) {}
+    Parser(std::string_view text, LCID lcid, Program& out)
+        : lexer_(text), lcid_(lcid), program_(&out) {}
+    void run();
 
     void advance() { tok_ = lexer_.next(); }
     [[noreturn]] void fail(int number) const;
@@ -55,7 +60,7 @@ private:
     Lexer lexer_;
     Token tok_;
     LCID lcid_;
-    std::shared_ptr<Program> program_ = std::make_shared<Program>();
+    Program* program_;
     int depth_ = 0;
     std::uint32_t stack_ = 0;
 };

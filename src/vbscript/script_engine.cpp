@@ -65,9 +65,15 @@ HRESULT ScriptEngine::evaluate(const String& expression, Variant* result,
 HRESULT ScriptEngine::run(const String& expression, Variant* result, ScriptException* exception) {
     LCID lcid = GetUserLocale();
     std::string_view text = expression.view();
-    std::shared_ptr<const Program> program;
+    std::shared_ptr<const Program> cached;
+    const Program* program = &scratch_;
     try {
-        program = useCache_ ? ParseCache::lookup(text, lcid) : Parser::compile(text, lcid);
+        if (useCache_) {
+            cached = ParseCache::lookup(text, lcid);
+            program = cached.get();
+        } else {
+            Parser::compileInto(text, lcid, scratch_);
+        }
     } catch (const ScriptError& e) {
         fill(exception, e, text);
         // A fault found while compiling is a compile error even when its number is a

@@ -38,6 +38,7 @@
 
 #include "vbscript/builtins.h"
 #include "vbscript/interpreter.h"
+#include "vbscript/program.h"
 #include "vbscript/script_object.h"
 
 namespace qvr::vbscript {
@@ -78,6 +79,7 @@ private:
     std::vector<NamedItem> items_;
     RandomState random_;
     bool useCache_ = true;
+    Program scratch_; // the compiled form when the cache is off, its storage reused
 };
 
 } // namespace qvr::vbscript
