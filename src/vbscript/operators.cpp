@@ -1,5 +1,6 @@
 #include "vbscript/operators.h"
 
+#include "vbscript/runtime_support.h"
 #include "vbscript/script_error.h"
 
 namespace qvr::vbscript {
@@ -117,8 +118,10 @@ void applyBinary(Op op, std::uint8_t flags, const Variant& left, const Variant& 
                  Variant* out) {
     if (op == Op::Concat && left.vt() == VT_BSTR && right.vt() == VT_BSTR) {
         // The common case of text building, without the general conversion.
+        std::size_t size = left.str().byteLength() + right.str().byteLength();
+        if (size > kMaxStringUnits * 3) raise(kOutOfStringSpace); // UTF-8 of that many units
         std::string joined;
-        joined.reserve(left.str().byteLength() + right.str().byteLength());
+        joined.reserve(size);
         joined += left.str().view();
         joined += right.str().view();
         *out = Variant(String(std::move(joined)));

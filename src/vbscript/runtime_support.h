@@ -13,7 +13,7 @@
 namespace qvr::vbscript {
 
 // The longest string a function builds (in UTF-16 units); longer is "Out of string space".
-constexpr std::size_t kMaxStringUnits = std::size_t{1} << 26;
+constexpr std::size_t kMaxStringUnits = std::size_t{1} << 24;
 void checkStringLength(std::size_t units);
 
 // Replaces an object by its default value; Nothing raises "Object variable not set".
