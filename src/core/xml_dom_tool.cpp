@@ -30,7 +30,9 @@ void linkChild(IQVRCatalogObject* child, IQVRCatalogObject* catalog, IQVRCatalog
 } // namespace
 
 CXMLDOMTool::CXMLDOMTool(IXMLDOMNode* node) : node_(node) {
-    if (node_) node_->get_ownerDocument(&ownerDocument_);
+    // A document is its own document: a tool around it can make elements and read its errors.
+    ownerDocument_ = query<IXMLDOMDocument>(node);
+    if (node_ && !ownerDocument_) node_->get_ownerDocument(&ownerDocument_);
 }
 
 CXMLDOMTool CXMLDOMTool::fromCookie(std::uint32_t cookie) {

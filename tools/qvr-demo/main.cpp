@@ -80,7 +80,12 @@ int main() {
 
     std::printf("Events heard:\n");
     for (const std::string& event : listener->heard) std::printf("  %s\n", event.c_str());
-    std::printf("\nParts of Metric, from the live list:");
+    String sourceId, copyId;
+    bolts->get_key(&sourceId);
+    if (copy) copy->get_key(&copyId);
+    std::printf("\nDeep copy of Bolts: id %s (the source has %s)\n", copyId.c_str(),
+                sourceId.c_str());
+    std::printf("Parts of Metric, from the live list:");
     for (Ref<IQVRCatalogObject> part : *parts) std::printf(" [%s]", nameOf(part).c_str());
 
     String xml;
