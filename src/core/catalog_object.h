@@ -25,7 +25,7 @@ template <class Interface, QVRObjectType Type>
 class CatalogObject : public ObjectBase<Interface, ISupportErrorInfo>, public ObjectFrame {
 public:
     static constexpr ClassInfo info = qvr::classInfo(Type);
-    static constexpr const char* tag = info.type.tag;
+    static constexpr bool isContainer = hasContainerRow(Type);
 
     CatalogObject() : ObjectFrame(info, Interface::iid) {}
 
@@ -35,7 +35,7 @@ public:
     }
     HRESULT insertBefore(IQVRCatalogObject* newChild, const Variant& position,
                          Ref<IQVRCatalogObject>* inserted) override {
-        if constexpr (info.container != nullptr)
+        if constexpr (isContainer)
             return containerInsertBefore(newChild, position, inserted);
         else
             return baseInsertBefore(newChild, inserted);
@@ -44,9 +44,9 @@ public:
         return this->insertBefore(newChild, Variant(), inserted);
     }
     HRESULT removeChild(IQVRCatalogObject* child, Ref<IQVRCatalogObject>* removed) override {
-        if constexpr (info.container != nullptr)
+        if constexpr (isContainer)
             return containerRemoveChild(child, removed,
-                                        info.container->guard == LastChildGuard::Yes);
+                                        lastChildGuard(Type) == LastChildGuard::Yes);
         else
             return S_FALSE; // nothing to remove, and the out value is left alone
     }
@@ -59,7 +59,7 @@ public:
     HRESULT get_key(String* key) override { return baseGetKey(key); }
     HRESULT get_objectType(QVRObjectType* type) override { return baseObjectType(type); }
     HRESULT get_childNodes(Ref<IQVRCatalogObjectList>* list) override {
-        if constexpr (info.container != nullptr)
+        if constexpr (isContainer)
             return containerChildNodes(list);
         else
             return baseChildNodes(list);

@@ -188,6 +188,18 @@ constexpr const ContainerRow* containerRow(QVRObjectType type) {
     return nullptr;
 }
 
+// The same questions answered without pointers, for compile-time choices.
+constexpr bool hasContainerRow(QVRObjectType type) {
+    for (const ContainerRow& row : containerTable)
+        if (row.owner == type) return true;
+    return false;
+}
+constexpr LastChildGuard lastChildGuard(QVRObjectType type) {
+    for (const ContainerRow& row : containerTable)
+        if (row.owner == type) return row.guard;
+    return LastChildGuard::No;
+}
+
 // Everything the shared operations need to know of a class.
 struct ClassInfo {
     const ObjectTypeRow& type;
