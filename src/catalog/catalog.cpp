@@ -87,9 +87,8 @@ HRESULT CQVRCatalog::get_parentNode(Ref<IQVRCatalogObject>* parent) {
 HRESULT CQVRCatalog::readRootAttribute(const char* name, String* value) noexcept {
     return guarded([&] {
         if (!value) return E_POINTER;
-        if (!initialized()) return notInitialized();
         Ref<IXMLDOMElement> root;
-        HRESULT hr = workElement(&root);
+        HRESULT hr = requireElement(&root);
         if (hr != S_OK) return hr;
         String read;
         if ((hr = root->getAttribute(name, &read)) == S_OK) *value = std::move(read);
@@ -114,9 +113,8 @@ HRESULT CQVRCatalog::get_version(float* version) {
 
 HRESULT CQVRCatalog::put_name(const String& name) {
     return guarded([&] {
-        if (!initialized()) return notInitialized();
         Ref<IXMLDOMElement> root;
-        HRESULT hr = workElement(&root);
+        HRESULT hr = requireElement(&root);
         if (hr != S_OK) return hr;
         if ((hr = root->setAttribute("name", name)) == S_OK)
             sinks_.deliver(qvrEventObjectChanged, self(), Variant());
@@ -127,9 +125,8 @@ HRESULT CQVRCatalog::put_name(const String& name) {
 HRESULT CQVRCatalog::put_language(const String& language) {
     return guarded([&] {
         if (!isLanguageCode(language)) return report(123);
-        if (!initialized()) return notInitialized();
         Ref<IXMLDOMElement> root;
-        HRESULT hr = workElement(&root);
+        HRESULT hr = requireElement(&root);
         if (hr != S_OK) return hr;
         if ((hr = root->setAttribute("xml:lang", language)) == S_OK)
             fireObjectEvent(qvrEventObjectChanged, self(), self(), Variant());
@@ -378,9 +375,8 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
         if (id.isNull() || id.length() < 35) return E_INVALIDARG;
         if (!object) return E_POINTER;
         *object = nullptr;
-        if (!initialized()) return notInitialized();
         Ref<IXMLDOMElement> root;
-        HRESULT hr = workElement(&root);
+        HRESULT hr = requireElement(&root);
         if (hr != S_OK) return hr;
         String rootId;
         if (root->getAttribute("id", &rootId) == S_OK && rootId.equalsIgnoreCase(id.view())) {

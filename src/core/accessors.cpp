@@ -42,6 +42,12 @@ HRESULT insertTextChild(IXMLDOMElement* element, const char* name, const String&
     return CXMLDOMTool(element).insertNode(child, reference);
 }
 
+// Sets the text of `node`, or makes the child when there is none.
+HRESULT writeTextChild(IXMLDOMElement* element, IXMLDOMNode* node, const char* name,
+                       const String& text, ChildNames followers) {
+    return node ? node->put_text(text) : insertTextChild(element, name, text, followers);
+}
+
 } // namespace
 
 HRESULT getAttribute(ObjectFrame& object, const char* name, String* value) noexcept {
@@ -123,7 +129,7 @@ HRESULT putOrderedChildText(ObjectFrame& object, const char* child, const String
         Ref<IXMLDOMNode> node;
         HRESULT hr = element->selectSingleNode(child, &node);
         if (FAILED(hr)) return hr;
-        hr = node ? node->put_text(text) : insertTextChild(element, child, text, followers);
+        hr = writeTextChild(element, node, child, text, followers);
         return changed(object, FAILED(hr) ? hr : S_OK);
     });
 }
@@ -135,7 +141,7 @@ HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const Stri
         HRESULT hr = element->selectSingleNode(child, &node);
         if (FAILED(hr)) return hr;
         if (!text.isEmpty())
-            hr = node ? node->put_text(text) : insertTextChild(element, child, text, followers);
+            hr = writeTextChild(element, node, child, text, followers);
         else if (node)
             hr = CXMLDOMTool(element).removeNode(node);
         return changed(object, FAILED(hr) ? hr : S_OK);

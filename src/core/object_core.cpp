@@ -24,12 +24,16 @@ HRESULT ObjectCore::report(std::uint32_t message, HRESULT status) const {
     return reportError(errorSource(), message, status);
 }
 
+HRESULT ObjectCore::requireElement(Ref<IXMLDOMElement>* element) {
+    if (!initialized()) return notInitialized();
+    return workElement(element);
+}
+
 HRESULT ObjectCore::baseGetValue(const String& xpath, Variant* value) noexcept {
     return guarded([&] {
         if (!value) return E_POINTER;
-        if (!initialized()) return notInitialized();
         Ref<IXMLDOMElement> element;
-        HRESULT hr = workElement(&element);
+        HRESULT hr = requireElement(&element);
         if (hr != S_OK) return hr;
         Ref<IXMLDOMNode> node;
         hr = element->selectSingleNode(xpath, &node);
@@ -86,12 +90,11 @@ HRESULT ObjectCore::containerRemoveChild(IQVRCatalogObject* child, Ref<IQVRCatal
                                          bool guard) noexcept {
     return guarded([&] {
         if (removed) *removed = nullptr;
-        if (!initialized()) return notInitialized();
+        Ref<IXMLDOMElement> element;
+        HRESULT hr = requireElement(&element);
+        if (hr != S_OK) return hr;
         if (!child) return E_POINTER;
         Ref<IQVRCatalogObject> held(child);
-        Ref<IXMLDOMElement> element;
-        HRESULT hr = workElement(&element);
-        if (hr != S_OK) return hr;
         if (guard) {
             // Counted by the child's tag among this element's children, whether or not `child`
             // is one of them.
@@ -118,9 +121,8 @@ HRESULT ObjectCore::baseContains(IQVRCatalogObject* object, VARIANT_BOOL* isDesc
         if (!isDescendant) return E_POINTER;
         if (!object) return E_INVALIDARG;
         *isDescendant = VARIANT_FALSE;
-        if (!initialized()) return notInitialized();
         Ref<IXMLDOMElement> element;
-        HRESULT hr = workElement(&element);
+        HRESULT hr = requireElement(&element);
         if (hr != S_OK) return hr;
         return CXMLDOMTool(element).containsId(object, isDescendant);
     });
@@ -157,8 +159,7 @@ HRESULT ObjectCore::baseDomNode(Ref<IXMLDOMElement>* node) noexcept {
     return guarded([&] {
         if (!node) return E_POINTER;
         *node = nullptr;
-        if (!initialized()) return notInitialized();
-        return workElement(node);
+        return requireElement(node);
     });
 }
 

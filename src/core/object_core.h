@@ -57,6 +57,10 @@ public:
     // Fires a change of this object: wrappers route it to their root, roots deliver it at once.
     virtual void fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) = 0;
 
+    // The element to work on, or the status to return: "not initialized" reported, or the
+    // root's answer when its document has no root element.
+    HRESULT requireElement(Ref<IXMLDOMElement>* element);
+
     // --- The common operations ----------------------------------------------------------------
     HRESULT baseGetValue(const String& xpath, Variant* value) noexcept;
     // A class without children: S_FALSE and a null result.

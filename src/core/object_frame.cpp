@@ -181,12 +181,7 @@ HRESULT ObjectFrame::baseCloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* cl
 }
 
 HRESULT ObjectFrame::baseGetCatalog(Ref<IQVRCatalogObject>* catalog) noexcept {
-    return guarded([&] {
-        if (!catalog) return E_POINTER;
-        *catalog = nullptr;
-        if (!catalogCookie_) return E_FAIL;
-        return readLink(catalogCookie_, catalog);
-    });
+    return handOutLink(catalogCookie_, catalog, E_FAIL);
 }
 
 HRESULT ObjectFrame::basePutCatalog(IQVRCatalogObject* catalog) noexcept {
@@ -194,11 +189,15 @@ HRESULT ObjectFrame::basePutCatalog(IQVRCatalogObject* catalog) noexcept {
 }
 
 HRESULT ObjectFrame::baseGetParent(Ref<IQVRCatalogObject>* parent) noexcept {
+    return handOutLink(parentCookie_, parent, S_FALSE);
+}
+
+HRESULT ObjectFrame::handOutLink(std::uint32_t cookie, Ref<IQVRCatalogObject>* object,
+                                 HRESULT withoutLink) noexcept {
     return guarded([&] {
-        if (!parent) return E_POINTER;
-        *parent = nullptr;
-        if (!parentCookie_) return S_FALSE;
-        return readLink(parentCookie_, parent);
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        return cookie ? readLink(cookie, object) : withoutLink;
     });
 }
 

@@ -64,6 +64,8 @@ protected:
     HRESULT cloneElement(VARIANT_BOOL deep, const char* idAttribute, Ref<IQVRCatalogObject>* clone);
 
 private:
+    static HRESULT handOutLink(std::uint32_t cookie, Ref<IQVRCatalogObject>* object,
+                               HRESULT withoutLink) noexcept;
     static HRESULT replaceLink(std::uint32_t* cookie, IQVRCatalogObject* object);
     void dropLinks();
     HRESULT keyOfRow(String* key);

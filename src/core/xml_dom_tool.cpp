@@ -149,39 +149,31 @@ HRESULT CXMLDOMTool::replaceSingleton(std::uint32_t catalogCookie, IQVRCatalogOb
 HRESULT CXMLDOMTool::insertSingletonAfter(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
                                           const String& xpath, IQVRCatalogObject* newChild,
                                           Ref<IQVRCatalogObject>* inserted) {
-    Ref<IQVRCatalogObject> catalog;
-    HRESULT hr = readCookie(catalogCookie, &catalog);
-    if (hr != S_OK) return hr;
-    if (!catalog || !parent || !newChild || !inserted) return E_POINTER;
-    *inserted = nullptr;
-    if (!node_) return E_FAIL;
-    Ref<IXMLDOMElement> element;
-    if (FAILED(hr = newChild->get_domNode(&element))) return hr;
-    Ref<IXMLDOMNode> predecessor, reference;
-    if (node_->selectSingleNode(xpath, &predecessor) == S_OK)
-        predecessor->get_nextSibling(&reference); // none: append
-    else
-        node_->get_firstChild(&reference);
-    Ref<IXMLDOMNode> node;
-    if (FAILED(hr = insertableNode(newChild, &node))) return hr;
-    if (FAILED(hr = node_->insertBefore(node, reference, nullptr))) return hr;
-    linkChild(newChild, catalog, parent);
-    *inserted = newChild;
-    return S_OK;
+    return placeSingleton(catalogCookie, parent, &xpath, newChild, inserted);
 }
 
 HRESULT CXMLDOMTool::insertSingletonFirst(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
                                           IQVRCatalogObject* newChild,
                                           Ref<IQVRCatalogObject>* inserted) {
+    return placeSingleton(catalogCookie, parent, nullptr, newChild, inserted);
+}
+
+HRESULT CXMLDOMTool::placeSingleton(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
+                                    const String* predecessor, IQVRCatalogObject* newChild,
+                                    Ref<IQVRCatalogObject>* inserted) {
     Ref<IQVRCatalogObject> catalog;
     HRESULT hr = readCookie(catalogCookie, &catalog);
     if (hr != S_OK) return hr;
     if (!catalog || !parent || !newChild || !inserted) return E_POINTER;
     *inserted = nullptr;
     if (!node_) return E_FAIL;
-    Ref<IXMLDOMNode> node, reference;
+    Ref<IXMLDOMNode> node, found, reference;
     if (FAILED(hr = insertableNode(newChild, &node))) return hr;
-    node_->get_firstChild(&reference);
+    // Behind the predecessor (which may be last: append), or first when there is none.
+    if (predecessor && node_->selectSingleNode(*predecessor, &found) == S_OK)
+        found->get_nextSibling(&reference);
+    else
+        node_->get_firstChild(&reference);
     if (FAILED(hr = node_->insertBefore(node, reference, nullptr))) return hr;
     linkChild(newChild, catalog, parent);
     *inserted = newChild;

@@ -116,6 +116,10 @@ public:
     String parseErrorText() const;
 
 private:
+    // The road of both single-child insertions: behind `predecessor`'s selection, or first.
+    HRESULT placeSingleton(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
+                           const String* predecessor, IQVRCatalogObject* newChild,
+                           Ref<IQVRCatalogObject>* inserted);
     // The node to insert for `child`: its own, or the copy of a foreign one.
     HRESULT insertableNode(IQVRCatalogObject* child, Ref<IXMLDOMNode>* node);
 

@@ -210,13 +210,9 @@ TEST(Catalog, NotInitializedAndFactoryArguments) {
 }
 
 TEST(Catalog, FindByIdLooksForGuidTexts) {
-    Ref<IQVRCatalog> catalog = newCatalog();
-    Ref<IQVRCatalogChapter> chapter = newChapter(catalog, "Bolts");
-    Ref<IQVRCatalogChapter> inner = newChapter(catalog, "Inner");
-    Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
-    ASSERT_EQ(catalog->appendChild(chapter, nullptr), S_OK);
-    ASSERT_EQ(chapter->appendChild(inner, nullptr), S_OK);
-    ASSERT_EQ(inner->appendChild(part, nullptr), S_OK);
+    NestedTree t;
+    Ref<IQVRCatalog>& catalog = t.catalog;
+    Ref<IQVRCatalogPart>& part = t.part;
 
     Ref<IQVRCatalogObject> found;
     ASSERT_EQ(catalog->findById(keyOf(part), &found), S_OK);

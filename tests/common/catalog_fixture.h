@@ -77,6 +77,19 @@ inline Ref<IQVRCatalogPart> newPart(IQVRCatalog* catalog, const char* name) {
     return part;
 }
 
+// A catalog holding the chapter Top, which holds Inner, which holds the part M8.
+struct NestedTree {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogChapter> top = newChapter(catalog, "Top");
+    Ref<IQVRCatalogChapter> inner = newChapter(catalog, "Inner");
+    Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
+    NestedTree() {
+        EXPECT_EQ(catalog->appendChild(top, nullptr), S_OK);
+        EXPECT_EQ(top->appendChild(inner, nullptr), S_OK);
+        EXPECT_EQ(inner->appendChild(part, nullptr), S_OK);
+    }
+};
+
 // A sink that writes each event down as "inserted Bolts @2", "changed Bolts", "removed Bolts",
 // "query Bolts -1" (the subject's name, or its type number when it has none).
 class RecordingSink final : public IQVRCatalogEvents {

@@ -169,13 +169,10 @@ TEST(ChapterAndPart, ChildrenOfChaptersAndParts) {
 }
 
 TEST(ChapterAndPart, ClonesGetNewIds) {
-    Ref<IQVRCatalog> catalog = newCatalog();
-    Ref<IQVRCatalogChapter> top = newChapter(catalog, "Top");
-    Ref<IQVRCatalogChapter> inner = newChapter(catalog, "Inner");
-    Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
-    ASSERT_EQ(catalog->appendChild(top, nullptr), S_OK);
-    ASSERT_EQ(top->appendChild(inner, nullptr), S_OK);
-    ASSERT_EQ(inner->appendChild(part, nullptr), S_OK);
+    NestedTree t;
+    Ref<IQVRCatalog>& catalog = t.catalog;
+    Ref<IQVRCatalogChapter>&top = t.top, &inner = t.inner;
+    Ref<IQVRCatalogPart>& part = t.part;
     ASSERT_EQ(part->put_desc("zinc"), S_OK);
     Listener listener(catalog);
 

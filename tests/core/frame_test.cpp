@@ -169,13 +169,10 @@ TEST(Frame, RemovalKeepsTheOldParentLinkAndTheGuardCountsByTag) {
 }
 
 TEST(Frame, KeysAndContainment) {
-    Ref<IQVRCatalog> catalog = newCatalog();
-    Ref<IQVRCatalogChapter> box = newChapter(catalog, "Box");
-    Ref<IQVRCatalogChapter> inner = newChapter(catalog, "Inner");
-    Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
-    ASSERT_EQ(catalog->appendChild(box, nullptr), S_OK);
-    ASSERT_EQ(box->appendChild(inner, nullptr), S_OK);
-    ASSERT_EQ(inner->appendChild(part, nullptr), S_OK);
+    NestedTree t;
+    Ref<IQVRCatalog>& catalog = t.catalog;
+    Ref<IQVRCatalogChapter>&box = t.top, &inner = t.inner;
+    Ref<IQVRCatalogPart>& part = t.part;
 
     EXPECT_EQ(keyOf(part).size(), 36u);
     VARIANT_BOOL contained = VARIANT_FALSE;
