@@ -61,6 +61,7 @@ HRESULT Document::handOutNew(xmlNodePtr node, Ref<IXMLDOMNode>* out) {
 }
 
 HRESULT Document::cloneNode(VARIANT_BOOL deep, Ref<IXMLDOMNode>* clone) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!clone) return E_POINTER;
     *clone = nullptr;
     return guarded([&] {
@@ -93,6 +94,7 @@ HRESULT Document::putref_documentElement(IXMLDOMElement* root) {
 }
 
 HRESULT Document::createElement(const String& tagName, Ref<IXMLDOMElement>* element) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!element) return E_POINTER;
     *element = nullptr;
     if (tagName.isNull()) return E_INVALIDARG;
@@ -107,6 +109,7 @@ HRESULT Document::createElement(const String& tagName, Ref<IXMLDOMElement>* elem
 }
 
 HRESULT Document::createTextNode(const String& text, Ref<IXMLDOMNode>* node) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!node) return E_POINTER;
     *node = nullptr;
     return guarded([&] {
@@ -116,6 +119,7 @@ HRESULT Document::createTextNode(const String& text, Ref<IXMLDOMNode>* node) {
 }
 
 HRESULT Document::createComment(const String& text, Ref<IXMLDOMNode>* node) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!node) return E_POINTER;
     *node = nullptr;
     return guarded([&] { return handOutNew(xmlNewDocComment(doc(), bytes(text)), node); });
@@ -123,6 +127,7 @@ HRESULT Document::createComment(const String& text, Ref<IXMLDOMNode>* node) {
 
 HRESULT Document::createProcessingInstruction(const String& target, const String& data,
                                               Ref<IXMLDOMNode>* node) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!node) return E_POINTER;
     *node = nullptr;
     if (target.isNull()) return E_INVALIDARG;
@@ -189,6 +194,7 @@ HRESULT Document::get_url(String* url) {
 }
 
 HRESULT Document::get_parseError(Ref<IXMLDOMParseError>* error) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!error) return E_POINTER;
     *error = nullptr;
     return guarded([&] {

@@ -186,36 +186,42 @@ HRESULT NodeBase<I>::get_xml(String* xml) {
 
 template <class I>
 HRESULT NodeBase<I>::get_parentNode(Ref<IXMLDOMNode>* parent) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(parent); hr != S_OK) return hr;
     return guarded([&] { return handOut(hasSiblings(node_) ? node_->parent : nullptr, parent); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_firstChild(Ref<IXMLDOMNode>* child) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(child); hr != S_OK) return hr;
     return guarded([&] { return handOut(shownChildren(node_), child); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_lastChild(Ref<IXMLDOMNode>* child) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(child); hr != S_OK) return hr;
     return guarded([&] { return handOut(shownChildren(node_) ? node_->last : nullptr, child); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_nextSibling(Ref<IXMLDOMNode>* sibling) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(sibling); hr != S_OK) return hr;
     return guarded([&] { return handOut(hasSiblings(node_) ? node_->next : nullptr, sibling); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_previousSibling(Ref<IXMLDOMNode>* sibling) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(sibling); hr != S_OK) return hr;
     return guarded([&] { return handOut(hasSiblings(node_) ? node_->prev : nullptr, sibling); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_childNodes(Ref<IXMLDOMNodeList>* children) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(children); hr != S_OK) return hr;
     return guarded([&] {
         std::vector<Ref<IXMLDOMNode>> nodes;
@@ -235,6 +241,7 @@ HRESULT NodeBase<I>::hasChildNodes(VARIANT_BOOL* has) {
 
 template <class I>
 HRESULT NodeBase<I>::get_ownerDocument(Ref<IXMLDOMDocument>* document) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(document); hr != S_OK) return hr;
     *document = owner_;
     return owner_ ? S_OK : S_FALSE;
@@ -243,6 +250,7 @@ HRESULT NodeBase<I>::get_ownerDocument(Ref<IXMLDOMDocument>* document) {
 template <class I>
 HRESULT NodeBase<I>::insertBefore(IXMLDOMNode* newChild, IXMLDOMNode* refChild,
                                   Ref<IXMLDOMNode>* inserted) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (inserted) *inserted = nullptr;
     xmlNodePtr node = Handle::nodeOf(newChild);
     xmlNodePtr ref = refChild ? Handle::nodeOf(refChild) : nullptr;
@@ -261,6 +269,7 @@ HRESULT NodeBase<I>::appendChild(IXMLDOMNode* newChild, Ref<IXMLDOMNode>* insert
 
 template <class I>
 HRESULT NodeBase<I>::removeChild(IXMLDOMNode* child, Ref<IXMLDOMNode>* removed) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (removed) *removed = nullptr;
     xmlNodePtr node = Handle::nodeOf(child);
     if (!node) return E_INVALIDARG;
@@ -274,6 +283,7 @@ HRESULT NodeBase<I>::removeChild(IXMLDOMNode* child, Ref<IXMLDOMNode>* removed) 
 template <class I>
 HRESULT NodeBase<I>::replaceChild(IXMLDOMNode* newChild, IXMLDOMNode* oldChild,
                                   Ref<IXMLDOMNode>* replaced) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (replaced) *replaced = nullptr;
     xmlNodePtr node = Handle::nodeOf(newChild);
     xmlNodePtr old = Handle::nodeOf(oldChild);
@@ -287,6 +297,7 @@ HRESULT NodeBase<I>::replaceChild(IXMLDOMNode* newChild, IXMLDOMNode* oldChild,
 
 template <class I>
 HRESULT NodeBase<I>::cloneNode(VARIANT_BOOL deep, Ref<IXMLDOMNode>* clone) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(clone); hr != S_OK) return hr;
     return guarded([&] {
         xmlNodePtr copy = TreeEdit::copy(node_, deep != VARIANT_FALSE);
@@ -303,6 +314,7 @@ HRESULT NodeBase<I>::cloneNode(VARIANT_BOOL deep, Ref<IXMLDOMNode>* clone) {
 
 template <class I>
 HRESULT NodeBase<I>::selectSingleNode(const String& xpath, Ref<IXMLDOMNode>* node) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(node); hr != S_OK) return hr;
     if (xpath.isNull()) return E_INVALIDARG;
     return guarded([&] {
@@ -314,6 +326,7 @@ HRESULT NodeBase<I>::selectSingleNode(const String& xpath, Ref<IXMLDOMNode>* nod
 
 template <class I>
 HRESULT NodeBase<I>::selectNodes(const String& xpath, Ref<IXMLDOMNodeList>* nodes) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(nodes); hr != S_OK) return hr;
     if (xpath.isNull()) return E_INVALIDARG;
     return guarded([&] {

@@ -85,6 +85,7 @@ HRESULT TreeEdit::remove(xmlNodePtr parent, xmlNodePtr child) {
     if (child->type == XML_DTD_NODE) return E_FAIL;
     KeepAlive keep(child);
     detach(child);
+    freeIfUnreferenced(child);
     return S_OK;
 }
 
@@ -99,6 +100,7 @@ HRESULT TreeEdit::replace(xmlNodePtr parent, xmlNodePtr node, xmlNodePtr old) {
     if (node->doc != parent->doc && !adopt(node, parent)) return E_FAIL;
     link(parent, node, old);
     detach(old);
+    freeIfUnreferenced(old); // a root replaced by putref_documentElement may have no object
     return S_OK;
 }
 
@@ -168,9 +170,9 @@ void TreeEdit::releaseUnreferenced(xmlNodePtr node) {
     xmlNodePtr top = node;
     while (top->parent) {
         top = top->parent;
-        if (isDocument(top) || top->_private) return;
+        if (top->_private && !isDocument(top)) return;
     }
-    freeIfUnreferenced(top);
+    if (!isDocument(top)) freeIfUnreferenced(top);
 }
 
 void TreeEdit::detach(xmlNodePtr node) {
@@ -182,6 +184,8 @@ void TreeEdit::detach(xmlNodePtr node) {
     index.textChanged(parent);
     // Declarations of the former ancestors must not be referred to from a detached subtree.
     if (node->type == XML_ELEMENT_NODE) xmlDOMWrapReconcileNamespaces(nullptr, node, 0);
+    // The node may have held the last reference into the detached subtree it leaves.
+    releaseUnreferenced(parent);
 }
 
 void TreeEdit::link(xmlNodePtr parent, xmlNodePtr node, xmlNodePtr ref) {
