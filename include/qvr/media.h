@@ -1,0 +1,25 @@
+// Links and media: the groups of images, links and documents that a catalog, a chapter or a part
+// can carry. The interfaces stand here so that their holders can hand them out; each gains its
+// own operations when its class is built.
+#pragma once
+
+#include <qvr/object.h>
+
+namespace qvr {
+
+class IQVRCatalogImages : public IQVRCatalogObject {
+public:
+    QVR_INTERFACE_ID(IQVRCatalogImages)
+};
+
+class IQVRCatalogLink : public IQVRCatalogObject {
+public:
+    QVR_INTERFACE_ID(IQVRCatalogLink)
+};
+
+class IQVRCatalogDocuments : public IQVRCatalogObject {
+public:
+    QVR_INTERFACE_ID(IQVRCatalogDocuments)
+};
+
+} // namespace qvr

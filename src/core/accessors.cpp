@@ -1,0 +1,190 @@
+#include "core/accessors.h"
+
+#include "core/xml_dom_tool.h"
+#include "platform/com/failure.h"
+
+namespace qvr::accessors {
+namespace {
+
+// The frame of every pattern: the out pointer (when there is one), the element, and the body,
+// with exceptions turned into statuses.
+template <class Body>
+HRESULT onElement(ObjectFrame& object, const void* out, Body&& body) noexcept {
+    return guarded([&] {
+        if (!out) return E_POINTER;
+        if (!object.initialized()) return object.notInitialized();
+        return body(object.element());
+    });
+}
+template <class Body>
+HRESULT onElement(ObjectFrame& object, Body&& body) noexcept {
+    return onElement(object, &object, std::forward<Body>(body));
+}
+
+// Fires the change when the step before succeeded, and hands its status on.
+HRESULT changed(ObjectFrame& object, HRESULT hr) {
+    if (hr == S_OK) object.fireChanged();
+    return hr;
+}
+
+// A new child `name` with `text`, placed ahead of the first of `followers` that exists, or last.
+HRESULT insertTextChild(IXMLDOMElement* element, const char* name, const String& text,
+                        ChildNames followers) {
+    Ref<IXMLDOMDocument> document;
+    HRESULT hr = element->get_ownerDocument(&document);
+    if (FAILED(hr) || !document) return FAILED(hr) ? hr : E_FAIL;
+    Ref<IXMLDOMElement> child;
+    if ((hr = document->createElement(name, &child)) != S_OK) return hr;
+    if (FAILED(hr = child->put_text(text))) return hr;
+    Ref<IXMLDOMNode> reference;
+    for (const char* follower : followers)
+        if (element->selectSingleNode(follower, &reference) == S_OK) break;
+    return CXMLDOMTool(element).insertNode(child, reference);
+}
+
+// Sets the text of `node`, or makes the child when there is none.
+HRESULT writeTextChild(IXMLDOMElement* element, IXMLDOMNode* node, const char* name,
+                       const String& text, ChildNames followers) {
+    return node ? node->put_text(text) : insertTextChild(element, name, text, followers);
+}
+
+} // namespace
+
+HRESULT getAttribute(ObjectFrame& object, const char* name, String* value) noexcept {
+    return onElement(object, value, [&](IXMLDOMElement* element) {
+        String read;
+        HRESULT hr = element->getAttribute(name, &read);
+        if (hr == S_OK) *value = std::move(read);
+        return hr;
+    });
+}
+
+HRESULT putAttribute(ObjectFrame& object, const char* name, const String& value) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        return changed(object, element->setAttribute(name, value.isNull() ? String("") : value));
+    });
+}
+
+HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const String& value) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        if (!value.isEmpty()) return changed(object, element->setAttribute(name, value));
+        HRESULT hr = element->removeAttribute(name);
+        return hr == S_FALSE ? S_OK : changed(object, hr);
+    });
+}
+
+HRESULT getFlag(ObjectFrame& object, const char* name, VARIANT_BOOL* value) noexcept {
+    if (value) *value = VARIANT_TRUE;
+    return onElement(object, value, [&](IXMLDOMElement* element) {
+        String text;
+        HRESULT hr = element->getAttribute(name, &text);
+        if (hr != S_OK) return hr;
+        Variant flag;
+        if ((hr = changeType(&flag, Variant(text), LOCALE_USER_DEFAULT, 0, VT_BOOL)) != S_OK)
+            return hr;
+        *value = flag.boolVal();
+        return S_OK;
+    });
+}
+
+HRESULT putFlag(ObjectFrame& object, const char* name, VARIANT_BOOL value) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        return changed(object, element->setAttribute(name, value == VARIANT_TRUE ? "1" : "0"));
+    });
+}
+
+HRESULT getOwnText(ObjectFrame& object, String* text) noexcept {
+    return onElement(object, text,
+                     [&](IXMLDOMElement* element) { return element->get_text(text); });
+}
+
+HRESULT putOwnText(ObjectFrame& object, const String& text) noexcept {
+    return onElement(
+        object, [&](IXMLDOMElement* element) { return changed(object, element->put_text(text)); });
+}
+
+HRESULT getChildText(ObjectFrame& object, const char* child, String* text) noexcept {
+    return onElement(object, text, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (hr != S_OK) return hr;
+        String read;
+        if ((hr = node->get_text(&read)) == S_OK) *text = std::move(read);
+        return hr;
+    });
+}
+
+HRESULT putExistingChildText(ObjectFrame& object, const char* child, const String& text) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (hr != S_OK) return hr; // never created here
+        return changed(object, node->put_text(text));
+    });
+}
+
+HRESULT putOrderedChildText(ObjectFrame& object, const char* child, const String& text,
+                            ChildNames followers) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (FAILED(hr)) return hr;
+        hr = writeTextChild(element, node, child, text, followers);
+        return changed(object, FAILED(hr) ? hr : S_OK);
+    });
+}
+
+HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const String& text,
+                              ChildNames followers) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (FAILED(hr)) return hr;
+        if (!text.isEmpty())
+            hr = writeTextChild(element, node, child, text, followers);
+        else if (node)
+            hr = CXMLDOMTool(element).removeNode(node);
+        return changed(object, FAILED(hr) ? hr : S_OK);
+    });
+}
+
+HRESULT getSingleton(ObjectFrame& object, const char* child,
+                     Ref<IQVRCatalogObject>* value) noexcept {
+    if (value) *value = nullptr;
+    return onElement(object, value, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (hr != S_OK) return S_FALSE;
+        return CXMLDOMTool(node).createObject(object.catalogRef(), object.self(), value);
+    });
+}
+
+HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
+                     ChildNames predecessors) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> present;
+        HRESULT hr = element->selectSingleNode(child, &present);
+        if (FAILED(hr)) return hr;
+        CXMLDOMTool tool(element);
+        Ref<IQVRCatalogObject> placed;
+        if (present && value) {
+            hr =
+                tool.replaceSingleton(object.catalogCookie(), object.self(), child, value, &placed);
+        } else if (present) {
+            hr = tool.removeNode(present);
+        } else if (value) {
+            // Right behind the last predecessor that stands here; with none, the first name
+            // selects nothing and the child goes first.
+            const char* after = predecessors.empty() ? child : predecessors.front();
+            for (const char* name : predecessors) {
+                Ref<IXMLDOMNode> found;
+                if (element->selectSingleNode(name, &found) == S_OK) after = name;
+            }
+            hr = tool.insertSingletonAfter(object.catalogCookie(), object.self(), after, value,
+                                           &placed);
+        }
+        return changed(object, FAILED(hr) ? hr : S_OK);
+    });
+}
+
+} // namespace qvr::accessors

@@ -1,0 +1,79 @@
+#include "core/object_factory.h"
+
+#include "content/chapter.h"
+#include "content/part.h"
+#include "core/object_types.h"
+
+namespace qvr {
+namespace {
+
+struct TagRow {
+    const char* tag;
+    QVRObjectType type;
+    Creator create; // null until the class is built: the tag is then refused like a foreign one
+};
+
+// Tested in this order; the first equal tag chooses the class.
+constexpr TagRow tagTable[] = {
+    {"Chapter", qvrChapter, &createWrapper<CQVRCatalogChapter>},
+    {"Image", qvrImage, nullptr},
+    {"URL", qvrURL, nullptr},
+    {"Link", qvrLink, nullptr},
+    {"Class", qvrClass, nullptr},
+    {"Classifications", qvrClassifications, nullptr},
+    {"OrderInfo", qvrOrderInfo, nullptr},
+    {"Availability", qvrAvailability, nullptr},
+    {"CountryCode", qvrCountryCode, nullptr},
+    {"Document", qvrDocument, nullptr},
+    {"Documents", qvrDocuments, nullptr},
+    {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
+    {"Images", qvrImages, nullptr},
+    {"XRefFiles", qvrReferencedFiles, nullptr},
+    {"ColumnView", qvrView, nullptr},
+    {"Drawing", qvrDrawing, nullptr},
+    {"Row", qvrCell, nullptr},
+    {"Column", qvrTableColumn, nullptr},
+    {"ColumnConstView", qvrConstView, nullptr},
+    {"ColumnConst", qvrConstColumn, nullptr},
+    {"ColumnCalc", qvrCalculatedColumn, nullptr},
+    {"OrderTarget", qvrOrderTarget, nullptr},
+    {"OrderMethod", qvrOrderMethod, nullptr},
+    {"OrderMethods", qvrOrderMethods, nullptr},
+    {"TelephoneNumber", qvrTelephoneNumber, nullptr},
+    {"Phone", qvrPhone, nullptr},
+    {"Fax", qvrFax, nullptr},
+    {"Email", qvrEmail, nullptr},
+    {"Street", qvrStreet, nullptr},
+    {"PostalAddress", qvrPostalAddress, nullptr},
+    {"Address", qvrAddress, nullptr},
+    {"SupplierLocation", qvrSupplierLocation, nullptr},
+    {"SupplierID", qvrSupplierID, nullptr},
+    {"SupplierIDs", qvrSupplierIDs, nullptr},
+    {"ECommerceCenterID", qvrECommerceCenterID, nullptr},
+    {"ECommerceCenterIDs", qvrECommerceCenterIDs, nullptr},
+    {"Supplier", qvrSupplier, nullptr},
+    {"ColumnUnique", qvrUniqueColumn, nullptr},
+    {"RowUnique", qvrInfoCell, nullptr},
+    {"Extrinsics", qvrExtrinsics, nullptr},
+    {"Extrinsic", qvrExtrinsic, nullptr},
+    {"Recipe", qvrRecipe, nullptr},
+    {"ColumnRef", qvrRefColumn, nullptr},
+    {"RowRef", qvrRefCell, nullptr},
+};
+
+constexpr bool tagsMatchTypes() {
+    for (const TagRow& row : tagTable)
+        if (std::string_view(row.tag) != objectTypeRow(row.type).tag) return false;
+    return std::size(tagTable) == 44;
+}
+static_assert(tagsMatchTypes(), "every tag names the class of its object type, all 44 of them");
+
+} // namespace
+
+Creator creatorOfTag(std::string_view tag) {
+    for (const TagRow& row : tagTable)
+        if (tag == row.tag) return row.create;
+    return nullptr;
+}
+
+} // namespace qvr

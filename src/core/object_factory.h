@@ -1,0 +1,52 @@
+// The factory: from an element's tag to the object of its class. Each class has one creator,
+// and all creators are one template; the tag table in object_factory.cpp lists the tags in the
+// order in which they are tested.
+#pragma once
+
+#include <string_view>
+
+#include <qvr/dom.h>
+#include <qvr/object.h>
+
+#include "core/object_frame.h"
+#include "platform/com/failure.h"
+#include "platform/com/object_base.h"
+
+namespace qvr {
+
+using Creator = HRESULT (*)(IXMLDOMDocument* document, IXMLDOMNode* node,
+                            IQVRCatalogObject* catalog, Ref<IQVRCatalogObject>* object);
+
+// The creator of class T: a new instance around `node`, with `catalog` as its catalog link.
+template <class T>
+HRESULT createWrapper(IXMLDOMDocument* document, IXMLDOMNode* node, IQVRCatalogObject* catalog,
+                      Ref<IQVRCatalogObject>* object) noexcept {
+    return guarded([&] {
+        *object = nullptr;
+        Ref<T> created = makeObject<T>();
+        HRESULT hr = created->attach(document, node, catalog);
+        if (hr != S_OK) return hr;
+        *object = created->self();
+        return S_OK;
+    });
+}
+
+// A new object of class T around a new element of its tag in `document`, standing in no tree,
+// with `catalog` as its catalog link. The first step of every create* operation of a root.
+template <class T>
+HRESULT createNewWrapper(IXMLDOMDocument* document, IQVRCatalogObject* catalog,
+                         Ref<T>* object) noexcept {
+    return guarded([&] {
+        *object = nullptr;
+        Ref<T> created = makeObject<T>();
+        HRESULT hr = created->attachNew(document, catalog);
+        if (hr == S_OK) *object = std::move(created);
+        return hr;
+    });
+}
+
+// The creator of the class whose tag is `tag`, compared exactly; null for a tag of no class
+// (also for a class not built yet).
+Creator creatorOfTag(std::string_view tag);
+
+} // namespace qvr

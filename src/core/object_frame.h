@@ -1,0 +1,80 @@
+// The wrapper of one element. Fields, in this order: the catalog's cookie, the parent's cookie,
+// the owner document, the element (null: not initialized), the building flag (ObjectCore), and
+// the key text of the families that keep one.
+//
+// A wrapper holds its catalog and its parent through cookies of the process's cookie table,
+// which keep them alive; a parent holds nothing of its children, so no cycle arises. Nothing of
+// the document is copied into a wrapper: every read goes to the element, and two wrappers of one
+// element are two objects over the same data.
+#pragma once
+
+#include <cstdint>
+
+#include "core/object_core.h"
+
+namespace qvr {
+
+class ObjectFrame : public ObjectCore {
+public:
+    ObjectFrame(const ClassInfo& info, const IID& iid);
+    ~ObjectFrame() override;
+
+    // --- Making a wrapper ----------------------------------------------------------------------
+    // Around an existing node: E_FAIL for a null node or one that is no element. Old links are
+    // dropped, `catalog` (may be null) registered, document and element stored.
+    HRESULT attach(IXMLDOMDocument* document, IXMLDOMNode* node, IQVRCatalogObject* catalog);
+    // Around a new element of the class's tag in `document`, standing in no tree.
+    HRESULT attachNew(IXMLDOMDocument* document, IQVRCatalogObject* catalog);
+
+    IXMLDOMElement* element() const { return element_.get(); }
+    IXMLDOMDocument* ownerDocument() const { return ownerDocument_.get(); }
+    std::uint32_t catalogCookie() const { return catalogCookie_; }
+    std::uint32_t parentCookie() const { return parentCookie_; }
+    // The catalog of the cookie, or null.
+    Ref<IQVRCatalogObject> catalogRef() const;
+
+    // --- ObjectCore hooks for a wrapper --------------------------------------------------------
+    bool initialized() const override { return element_ != nullptr; }
+    HRESULT notInitialized() const override; // message 116
+    HRESULT workElement(Ref<IXMLDOMElement>* element) override;
+    HRESULT catalogObject(Ref<IQVRCatalogObject>* catalog) override;
+    HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child, const Variant& position,
+                        Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) override;
+    // Routes through the firing routine of the class's side.
+    void fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) override;
+    // Fires qvrEventObjectChanged with this object as source and subject.
+    void fireChanged();
+
+    // --- The common operations of a wrapper ----------------------------------------------------
+    // By the class's key family; family F asks keyFromOwnOperation.
+    HRESULT baseGetKey(String* key) noexcept;
+    // A copy of the element standing in no tree, wrapped with this object's catalog and no
+    // parent. The ids in it are those of the source.
+    HRESULT baseCloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* clone) noexcept;
+    HRESULT baseGetCatalog(Ref<IQVRCatalogObject>* catalog) noexcept;
+    HRESULT basePutCatalog(IQVRCatalogObject* catalog) noexcept;
+    HRESULT baseGetParent(Ref<IQVRCatalogObject>* parent) noexcept;
+    HRESULT basePutParent(IQVRCatalogObject* parent) noexcept;
+
+protected:
+    // Family F: the class's first own operation (a name, an application).
+    virtual HRESULT keyFromOwnOperation(String* key);
+    // Steps 1 to 4 of a clone: the element copied, `idAttribute` (if given) set to a new GUID
+    // text on the copy, and the copy wrapped with this object's catalog and no parent.
+    HRESULT cloneElement(VARIANT_BOOL deep, const char* idAttribute, Ref<IQVRCatalogObject>* clone);
+
+private:
+    static HRESULT handOutLink(std::uint32_t cookie, Ref<IQVRCatalogObject>* object,
+                               HRESULT withoutLink) noexcept;
+    static HRESULT replaceLink(std::uint32_t* cookie, IQVRCatalogObject* object);
+    void dropLinks();
+    HRESULT keyOfRow(String* key);
+
+    std::uint32_t catalogCookie_ = 0;
+    std::uint32_t parentCookie_ = 0;
+    Ref<IXMLDOMDocument> ownerDocument_;
+    Ref<IXMLDOMElement> element_;
+    String cachedKey_; // families D and E: a GUID text from construction; G: starts null
+};
+
+} // namespace qvr

@@ -1,0 +1,213 @@
+// The tables that tell the classes of the model apart: what each object type is called, which tag
+// it wraps, how its key is found, which routing its events take, and, for the classes that hold
+// children, what they accept and how those children are selected. The shared operations of the
+// frame read these rows instead of each class repeating them.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <iterator>
+#include <string_view>
+
+#include <qvr/object.h>
+
+namespace qvr {
+
+// How get_key finds an object's key.
+enum class KeyFamily : std::uint8_t {
+    Own, // the class answers by itself (the two roots and the reference)
+    A,   // an attribute of the element; absent: S_FALSE
+    D,   // a GUID text made when the wrapper was constructed, stored nowhere in the document
+    E,   // an attribute if present, else the wrapper's GUID text
+    F,   // the answer of the class's first own operation
+    G,   // the key text of the row that `idref` names, else the wrapper's text (starts null)
+    H,   // the element's own text
+};
+
+// Which of the two freeze flags guards an object's events. Both move together, so the choice is
+// invisible; it stays so that catalog code and table code keep to their own flag.
+enum class EventSide : std::uint8_t { Catalog, Table };
+
+struct ObjectTypeRow {
+    QVRObjectType type;
+    const char* tag;          // the element the class wraps; null for the roots and the reference
+    KeyFamily key;            //
+    const char* keyAttribute; // families A and E
+    EventSide events;         //
+    const char* source;       // the stable name under which the class reports failures
+};
+
+// One row per object type, in the order of the numbers.
+inline constexpr ObjectTypeRow objectTypeTable[] = {
+    {qvrCatalog, nullptr, KeyFamily::Own, nullptr, EventSide::Catalog, "QVRCatalog.Catalog"},
+    {qvrChapter, "Chapter", KeyFamily::A, "id", EventSide::Catalog, "QVRCatalog.Chapter"},
+    {qvrPart, "Part", KeyFamily::A, "id", EventSide::Catalog, "QVRCatalog.Part"},
+    {qvrImage, "Image", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Image"},
+    {qvrLink, "Link", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Link"},
+    {qvrClass, "Class", KeyFamily::A, "domain", EventSide::Catalog, "QVRCatalog.Class"},
+    {qvrClassifications, "Classifications", KeyFamily::D, nullptr, EventSide::Catalog,
+     "QVRCatalog.Classifications"},
+    {qvrOrderInfo, "OrderInfo", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.OrderInfo"},
+    {qvrAvailability, "Availability", KeyFamily::D, nullptr, EventSide::Catalog,
+     "QVRCatalog.Availability"},
+    {qvrCountryCode, "CountryCode", KeyFamily::E, "isoCountryCode", EventSide::Catalog,
+     "QVRCatalog.CountryCode"},
+    {qvrOrderMethod, "OrderMethod", KeyFamily::D, nullptr, EventSide::Catalog,
+     "QVRCatalog.OrderMethod"},
+    {qvrOrderMethods, "OrderMethods", KeyFamily::D, nullptr, EventSide::Table,
+     "QVRCatalog.OrderMethods"},
+    {qvrOrderTarget, "OrderTarget", KeyFamily::D, nullptr, EventSide::Catalog,
+     "QVRCatalog.OrderTarget"},
+    {qvrPhone, "Phone", KeyFamily::A, "name", EventSide::Catalog, "QVRCatalog.Phone"},
+    {qvrEmail, "Email", KeyFamily::A, "name", EventSide::Catalog, "QVRCatalog.Email"},
+    {qvrFax, "Fax", KeyFamily::A, "name", EventSide::Catalog, "QVRCatalog.Fax"},
+    {qvrTelephoneNumber, "TelephoneNumber", KeyFamily::D, nullptr, EventSide::Catalog,
+     "QVRCatalog.TelephoneNumber"},
+    {qvrStreet, "Street", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Street"},
+    {qvrPostalAddress, "PostalAddress", KeyFamily::A, "id", EventSide::Catalog,
+     "QVRCatalog.PostalAddress"},
+    {qvrAddress, "Address", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Address"},
+    {qvrSupplierLocation, "SupplierLocation", KeyFamily::D, nullptr, EventSide::Catalog,
+     "QVRCatalog.SupplierLocation"},
+    {qvrSupplierID, "SupplierID", KeyFamily::A, "domain", EventSide::Catalog,
+     "QVRCatalog.SupplierID"},
+    {qvrSupplierIDs, "SupplierIDs", KeyFamily::D, nullptr, EventSide::Table,
+     "QVRCatalog.SupplierIDs"},
+    {qvrECommerceCenterID, "ECommerceCenterID", KeyFamily::A, "domain", EventSide::Catalog,
+     "QVRCatalog.ECommerceCenterID"},
+    {qvrECommerceCenterIDs, "ECommerceCenterIDs", KeyFamily::D, nullptr, EventSide::Table,
+     "QVRCatalog.ECommerceCenterIDs"},
+    {qvrSupplier, "Supplier", KeyFamily::D, nullptr, EventSide::Table, "QVRCatalog.Supplier"},
+    {qvrExtrinsics, "Extrinsics", KeyFamily::D, nullptr, EventSide::Table, "QVRCatalog.Extrinsics"},
+    {qvrExtrinsic, "Extrinsic", KeyFamily::F, nullptr, EventSide::Catalog, "QVRCatalog.Extrinsic"},
+    {qvrDocument, "Document", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Document"},
+    {qvrDocuments, "Documents", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Documents"},
+    {qvrURL, "URL", KeyFamily::E, "xml:lang", EventSide::Catalog, "QVRCatalog.URL"},
+    {qvrTable, nullptr, KeyFamily::Own, nullptr, EventSide::Table, "QVRCatalog.Table"},
+    {qvrImages, "Images", KeyFamily::D, nullptr, EventSide::Table, "QVRCatalog.Images"},
+    {qvrReferencedFiles, "XRefFiles", KeyFamily::D, nullptr, EventSide::Table,
+     "QVRCatalog.ReferencedFiles"},
+    {qvrTableColumn, "Column", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.TableColumn"},
+    {qvrRefColumn, "ColumnRef", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.RefColumn"},
+    {qvrConstColumn, "ColumnConst", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.ConstColumn"},
+    {qvrCalculatedColumn, "ColumnCalc", KeyFamily::A, "id", EventSide::Table,
+     "QVRCatalog.CalculatedColumn"},
+    {qvrUniqueColumn, "ColumnUnique", KeyFamily::A, "id", EventSide::Table,
+     "QVRCatalog.UniqueColumn"},
+    {qvrView, "ColumnView", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.View"},
+    {qvrConstView, "ColumnConstView", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.ConstView"},
+    {qvrDrawing, "Drawing", KeyFamily::G, nullptr, EventSide::Table, "QVRCatalog.Drawing"},
+    {qvrCell, "Row", KeyFamily::G, nullptr, EventSide::Table, "QVRCatalog.Cell"},
+    {qvrRefCell, "RowRef", KeyFamily::G, nullptr, EventSide::Table, "QVRCatalog.RefCell"},
+    {qvrInfoCell, "RowUnique", KeyFamily::H, nullptr, EventSide::Table, "QVRCatalog.InfoCell"},
+    {qvrReference, nullptr, KeyFamily::Own, nullptr, EventSide::Catalog, "QVRCatalog.Reference"},
+    {qvrRecipe, "Recipe", KeyFamily::F, nullptr, EventSide::Table, "QVRCatalog.Recipe"},
+};
+
+constexpr bool objectTypeTableInOrder() {
+    for (std::size_t i = 0; i < std::size(objectTypeTable); ++i)
+        if (objectTypeTable[i].type != static_cast<QVRObjectType>(i)) return false;
+    return true;
+}
+static_assert(objectTypeTableInOrder(), "rows stand at the index of their number");
+
+constexpr const ObjectTypeRow& objectTypeRow(QVRObjectType type) {
+    return objectTypeTable[type];
+}
+
+// A set of object types, one bit per number.
+using TypeSet = std::uint64_t;
+constexpr TypeSet typeSet(std::initializer_list<QVRObjectType> types) {
+    TypeSet set = 0;
+    for (QVRObjectType t : types) set |= TypeSet{1} << t;
+    return set;
+}
+constexpr bool contains(TypeSet set, QVRObjectType type) {
+    return type >= 0 && type < 64 && (set >> type & 1) != 0;
+}
+
+// Whether removeChild refuses to take the last child of its tag.
+enum class LastChildGuard : std::uint8_t {
+    No,
+    Yes,
+    Own, // the class has a removal of its own
+};
+
+// The classes that hold children. `keyAttribute` must be unique among the children ("NA" is an
+// attribute no element has: the check passes); `childSelection` selects the children, for
+// insertion positions and for get_childNodes alike.
+struct ContainerRow {
+    QVRObjectType owner;
+    TypeSet accepted;
+    const char* keyAttribute;
+    const char* childSelection;
+    std::uint32_t wrongTypeMessage;
+    LastChildGuard guard;
+    bool reportsDuplicate; // a duplicate key: message 134 and E_FAIL, or QVR_E_DUPLICATE alone
+};
+
+inline constexpr ContainerRow containerTable[] = {
+    {qvrCatalog, typeSet({qvrChapter}), "id", "Chapter", 106, LastChildGuard::No, true},
+    {qvrChapter, typeSet({qvrChapter, qvrPart}), "id", "(Chapter | Part)", 105, LastChildGuard::No,
+     true},
+    {qvrAvailability, typeSet({qvrCountryCode}), "isoCountryCode", "CountryCode", 121,
+     LastChildGuard::Yes, true},
+    {qvrClassifications, typeSet({qvrClass}), "domain", "Class", 120, LastChildGuard::Yes, true},
+    {qvrDocument, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
+    {qvrDocuments, typeSet({qvrDocument}), "NA", "Document", 115, LastChildGuard::Yes, true},
+    {qvrECommerceCenterIDs, typeSet({qvrECommerceCenterID}), "domain", "ECommerceCenterID", 130,
+     LastChildGuard::Yes, true},
+    {qvrExtrinsics, typeSet({qvrExtrinsic}), "NA", "Extrinsic", 151, LastChildGuard::No, true},
+    {qvrImage, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, false},
+    {qvrImages, typeSet({qvrImage}), "NA", "Image", 112, LastChildGuard::Yes, true},
+    {qvrLink, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
+    {qvrOrderMethods, typeSet({qvrOrderMethod}), "NA", "OrderMethod", 127, LastChildGuard::No,
+     true},
+    {qvrPostalAddress, typeSet({qvrStreet}), "NA", "Street", 128, LastChildGuard::Yes, true},
+    {qvrReferencedFiles, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
+    {qvrSupplier, typeSet({qvrSupplierLocation}), "NA", "SupplierLocation", 131, LastChildGuard::No,
+     true},
+    {qvrSupplierIDs, typeSet({qvrSupplierID}), "domain", "SupplierID", 129, LastChildGuard::Yes,
+     true},
+    {qvrTableColumn, typeSet({qvrCell}), "NA", "Row", 118, LastChildGuard::Own, true},
+    {qvrRefColumn, typeSet({qvrRefCell}), "NA", "RowRef", 153, LastChildGuard::Own, true},
+    {qvrView, typeSet({qvrDrawing}), "NA", "Drawing", 114, LastChildGuard::Own, true},
+    {qvrConstView, typeSet({qvrRecipe}), "application", "Recipe", 152, LastChildGuard::Yes, true},
+    {qvrUniqueColumn, typeSet({qvrInfoCell}), "id", "RowUnique", 150, LastChildGuard::Own, true},
+    {qvrTable,
+     typeSet({qvrTableColumn, qvrRefColumn, qvrConstColumn, qvrCalculatedColumn, qvrView,
+              qvrConstView}),
+     "id", "(Column | ColumnConst | ColumnCalc | ColumnView | ColumnConstView | ColumnRef)", 113,
+     LastChildGuard::Own, true},
+};
+
+// The container row of a class, or null for a class that takes no children.
+constexpr const ContainerRow* containerRow(QVRObjectType type) {
+    for (const ContainerRow& row : containerTable)
+        if (row.owner == type) return &row;
+    return nullptr;
+}
+
+// The same questions answered without pointers, for compile-time choices.
+constexpr bool hasContainerRow(QVRObjectType type) {
+    for (const ContainerRow& row : containerTable)
+        if (row.owner == type) return true;
+    return false;
+}
+constexpr LastChildGuard lastChildGuard(QVRObjectType type) {
+    for (const ContainerRow& row : containerTable)
+        if (row.owner == type) return row.guard;
+    return LastChildGuard::No;
+}
+
+// Everything the shared operations need to know of a class.
+struct ClassInfo {
+    const ObjectTypeRow& type;
+    const ContainerRow* container;
+};
+
+constexpr ClassInfo classInfo(QVRObjectType type) {
+    return ClassInfo{objectTypeRow(type), containerRow(type)};
+}
+
+} // namespace qvr

@@ -1,0 +1,69 @@
+// Per-document lookup tables for the selections the model repeats for every row and cell: elements
+// by `id`, elements by `idref`, and the rows of a table by their key text. They cover the nodes
+// that stand in the document's tree (detached subtrees are never in them), are built on first use
+// and are kept exact by every change the layer makes: the code that changes the tree tells the
+// index before a subtree leaves it, after one enters it, after text changes and around attribute
+// changes.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <libxml/tree.h>
+
+namespace qvr::dom {
+
+class Index {
+public:
+    explicit Index(xmlDocPtr doc) : doc_(doc) {}
+    Index(const Index&) = delete;
+    Index& operator=(const Index&) = delete;
+
+    // `top` (still linked) is about to leave its place.
+    void removing(xmlNodePtr top);
+    // `top` has just been linked.
+    void inserted(xmlNodePtr top);
+    // The text below `at` (or of `at` itself) has changed.
+    void textChanged(xmlNodePtr at);
+    // The attribute `name` (without namespace) of `element` is about to change / has changed.
+    void attributeChanging(xmlNodePtr element, const xmlChar* name);
+    void attributeChanged(xmlNodePtr element, const xmlChar* name);
+
+    // Elements in the tree whose `id` (or `idref`) is `value`, in no particular order.
+    const std::vector<xmlNodePtr>& withId(const std::string& value);
+    const std::vector<xmlNodePtr>& withIdref(const std::string& value);
+    // Table rows (`/vCATTable/ColumnUnique/RowUnique`) whose text is `key`, in no particular order.
+    const std::vector<xmlNodePtr>& rowsWithKey(const std::string& key);
+
+    // True when `node` stands in the document's tree (its top is the document node).
+    static bool inTree(xmlNodePtr node);
+    // True when `element` is a row of a table: `RowUnique` below `ColumnUnique` below the root
+    // `vCATTable`, all without namespace.
+    static bool isTableRow(xmlNodePtr element);
+
+private:
+    using Table = std::unordered_map<std::string, std::vector<xmlNodePtr>>;
+
+    void reset() noexcept;
+    template <class Change>
+    void guard(Change&& change) noexcept;
+    void buildAttributes();
+    void buildRows();
+    void addAttributes(xmlNodePtr element);
+    void removeAttributes(xmlNodePtr element);
+    void addRow(xmlNodePtr row);
+    void removeRow(xmlNodePtr row);
+    // The table row that holds `node` (or is it), if any.
+    static xmlNodePtr rowAbove(xmlNodePtr node);
+
+    xmlDocPtr doc_;
+    bool attributesBuilt_ = false;
+    bool rowsBuilt_ = false;
+    Table byId_;
+    Table byIdref_;
+    Table rowsByKey_;
+    std::unordered_map<xmlNodePtr, std::string> keyOfRow_;
+};
+
+} // namespace qvr::dom

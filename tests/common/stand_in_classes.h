@@ -1,0 +1,33 @@
+// Classes whose own operations arrive later, declared the way every class of the model is: an
+// interface and an object type, nothing more. They let the tests place groups below chapters and
+// parts and meet a container with a last child guard.
+#pragma once
+
+#include <qvr/catalog.h>
+
+#include "core/catalog_object.h"
+#include "core/object_factory.h"
+
+namespace qvr::testing {
+
+class StandInImages final : public CatalogObject<IQVRCatalogImages, qvrImages> {};
+class StandInImage final : public CatalogObject<IQVRCatalogObject, qvrImage> {};
+class StandInLink final : public CatalogObject<IQVRCatalogLink, qvrLink> {};
+class StandInExtrinsics final : public CatalogObject<IQVRCatalogExtrinsics, qvrExtrinsics> {};
+class StandInOrderInfo final : public CatalogObject<IQVRCatalogOrderInfo, qvrOrderInfo> {};
+class StandInClassifications final
+    : public CatalogObject<IQVRCatalogClassifications, qvrClassifications> {};
+
+// A new object of class T in `catalog`'s document, standing in no tree.
+template <class T>
+Ref<T> makeStandIn(IQVRCatalog* catalog) {
+    Ref<IXMLDOMElement> root;
+    Ref<IXMLDOMDocument> document;
+    Ref<T> object;
+    EXPECT_EQ(catalog->get_domNode(&root), S_OK);
+    EXPECT_EQ(root->get_ownerDocument(&document), S_OK);
+    EXPECT_EQ(createNewWrapper<T>(document, catalog, &object), S_OK);
+    return object;
+}
+
+} // namespace qvr::testing

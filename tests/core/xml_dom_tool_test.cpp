@@ -1,0 +1,131 @@
+// The DOM tool's own roads: single children, key checks, positions and the factory.
+#include <gtest/gtest.h>
+
+#include "common/catalog_fixture.h"
+#include "core/object_frame.h"
+#include "core/xml_dom_tool.h"
+
+namespace qvr::testing {
+namespace {
+
+Ref<IXMLDOMElement> elementOf(IQVRCatalogObject* object) {
+    Ref<IXMLDOMElement> element;
+    EXPECT_EQ(object->get_domNode(&element), S_OK);
+    return element;
+}
+
+std::uint32_t catalogCookieOf(IQVRCatalogObject* object) {
+    return dynamic_cast<ObjectFrame&>(*object).catalogCookie();
+}
+
+TEST(DomTool, SingleChildrenAreReplacedAndPlaced) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogChapter> box = newChapter(catalog, "Box");
+    Ref<IQVRCatalogPart> old = newPart(catalog, "Old");
+    Ref<IQVRCatalogPart> young = newPart(catalog, "New");
+    Ref<IQVRCatalogChapter> first = newChapter(catalog, "First");
+    ASSERT_EQ(box->appendChild(old, nullptr), S_OK);
+    CXMLDOMTool tool(elementOf(box));
+    const std::uint32_t cookie = catalogCookieOf(box);
+
+    // The newcomer takes the old child's place and parent link; the old one leaves without.
+    Ref<IQVRCatalogObject> gone;
+    ASSERT_EQ(tool.replaceSingleton(cookie, box, "Part", young, &gone), S_OK);
+    EXPECT_EQ(nameOf(gone), "Old");
+    Ref<IQVRCatalogObject> parent;
+    EXPECT_EQ(gone->get_parentNode(&parent), S_FALSE);
+    ASSERT_EQ(young->get_parentNode(&parent), S_OK);
+    EXPECT_EQ(keyOf(parent), keyOf(box));
+    EXPECT_EQ(tool.replaceSingleton(cookie, box, "Link", old, &gone), S_FALSE);
+    EXPECT_EQ(childTags(box), "Desc Part");
+    EXPECT_EQ(tool.replaceSingleton(cookie, box, "Part", old, nullptr), E_POINTER);
+    EXPECT_EQ(tool.replaceSingleton(0, box, "Part", old, &gone), E_INVALIDARG);
+
+    Ref<IQVRCatalogObject> placed;
+    ASSERT_EQ(tool.insertSingletonFirst(cookie, box, first, &placed), S_OK);
+    ASSERT_EQ(tool.insertSingletonAfter(cookie, box, "Desc", old, &placed), S_OK);
+    EXPECT_EQ(childTags(box), "Chapter Desc Part Part");
+    EXPECT_EQ(placed.get(), static_cast<IQVRCatalogObject*>(old.get()));
+    EXPECT_EQ(CXMLDOMTool().insertSingletonFirst(cookie, box, first, &placed), E_FAIL);
+}
+
+TEST(DomTool, KeyChecksAndPositions) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogChapter> box = newChapter(catalog, "Box");
+    Ref<IQVRCatalogChapter> a = newChapter(catalog, "A");
+    Ref<IQVRCatalogChapter> b = newChapter(catalog, "B");
+    ASSERT_EQ(box->appendChild(a, nullptr), S_OK);
+    ASSERT_EQ(box->appendChild(b, nullptr), S_OK);
+    CXMLDOMTool tool(elementOf(box));
+
+    // A wanted value equal to the present one is no change, even where a sibling shares it.
+    const String keyOfA(keyOf(a));
+    EXPECT_EQ(tool.checkUniqueAttribute(elementOf(a), "id", keyOfA), S_OK);
+    EXPECT_EQ(tool.checkUniqueAttribute(elementOf(b), "id", keyOfA), QVR_E_DUPLICATE);
+    EXPECT_EQ(tool.checkUniqueAttribute(elementOf(b), "id", String()), QVR_E_DUPLICATE);
+    EXPECT_EQ(tool.checkUniqueAttribute(elementOf(b), "NA", String()), S_OK);
+    EXPECT_EQ(CXMLDOMTool().checkUniqueAttribute(elementOf(b), "id", keyOfA), S_OK);
+
+    Ref<IXMLDOMNode> reference;
+    ASSERT_EQ(
+        tool.resolveInsertPosition(Variant(std::int32_t{0}), "id", "(Chapter | Part)", &reference),
+        S_OK);
+    EXPECT_FALSE(reference);
+    ASSERT_EQ(
+        tool.resolveInsertPosition(Variant(std::int16_t{2}), "id", "(Chapter | Part)", &reference),
+        S_OK);
+    ASSERT_TRUE(reference);
+    String id;
+    query<IXMLDOMElement>(reference)->getAttribute("id", &id);
+    EXPECT_EQ(id.str(), keyOf(b));
+    EXPECT_EQ(tool.resolveInsertPosition(Variant::missing(), "id", "Chapter", &reference), S_OK);
+    EXPECT_FALSE(reference);
+    // No element has the attribute NA: a key never names a child there.
+    EXPECT_EQ(tool.resolveInsertPosition(Variant(keyOfA), "NA", "Chapter", &reference), S_FALSE);
+    EXPECT_EQ(tool.resolveInsertPosition(Variant(true), "id", "Chapter", &reference), E_UNEXPECTED);
+    // An apostrophe breaks the selection, and its failure comes back as it is.
+    EXPECT_TRUE(FAILED(tool.resolveInsertPosition(Variant("it's"), "id", "Chapter", &reference)));
+
+    VARIANT_BOOL contained = VARIANT_FALSE;
+    ASSERT_EQ(tool.containsId(b, &contained), S_OK);
+    EXPECT_EQ(contained, VARIANT_TRUE);
+}
+
+TEST(DomTool, TheFactoryChoosesTheClassByTheExactTag) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    VARIANT_BOOL done;
+    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Chapter id='a'/><chapter id='b'/><Part id='p'/>"
+                               "<ColumnConstView id='v'/>text</vCAT>",
+                               &done),
+              S_OK);
+    Ref<IXMLDOMElement> root = elementOf(catalog);
+    Ref<IXMLDOMNode> node;
+    Ref<IQVRCatalogObject> object;
+    QVRObjectType type;
+
+    ASSERT_EQ(root->selectSingleNode("Part", &node), S_OK);
+    ASSERT_EQ(CXMLDOMTool(node).createObject(catalog, nullptr, &object), S_OK);
+    ASSERT_EQ(object->get_objectType(&type), S_OK);
+    EXPECT_EQ(type, qvrPart);
+    Ref<IQVRCatalogObject> parent;
+    EXPECT_EQ(object->get_parentNode(&parent), S_FALSE);
+
+    // The case counts; a class not built yet is refused like a foreign tag.
+    ASSERT_EQ(root->selectSingleNode("chapter", &node), S_OK);
+    EXPECT_EQ(CXMLDOMTool(node).createObject(catalog, nullptr, &object), E_FAIL);
+    EXPECT_FALSE(object);
+    ASSERT_EQ(root->selectSingleNode("ColumnConstView", &node), S_OK);
+    EXPECT_EQ(CXMLDOMTool(node).createObject(catalog, catalog, &object), E_FAIL);
+
+    // An empty tool fails before the out pointer is looked at; a node without a tag fails at
+    // the tag.
+    EXPECT_EQ(CXMLDOMTool().createObject(catalog, nullptr, nullptr), E_FAIL);
+    EXPECT_EQ(CXMLDOMTool(node).createObject(catalog, nullptr, nullptr), E_POINTER);
+    ASSERT_EQ(root->get_lastChild(&node), S_OK);
+    EXPECT_TRUE(FAILED(CXMLDOMTool(node).createObject(catalog, nullptr, &object)));
+
+    EXPECT_EQ(CXMLDOMTool().parseErrorText(), "");
+}
+
+} // namespace
+} // namespace qvr::testing
