@@ -204,10 +204,12 @@ bool DocumentIO::readFile(const std::string& path, std::string* bytes, ParseErro
         *error = unreadable(failureOf(cause).status, url);
         return false;
     }
-    bytes->clear();
-    char buffer[1 << 16];
+    // One allocation of the file's size; a file that grows meanwhile is read to its end.
+    bytes->assign(static_cast<std::size_t>(info.st_size), '\0');
+    std::size_t filled = 0;
     for (;;) {
-        const ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (filled == bytes->size()) bytes->resize(bytes->size() + (1 << 16));
+        const ssize_t got = ::read(fd, bytes->data() + filled, bytes->size() - filled);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) {
             const int cause = errno;
@@ -216,8 +218,9 @@ bool DocumentIO::readFile(const std::string& path, std::string* bytes, ParseErro
             return false;
         }
         if (got == 0) break;
-        bytes->append(buffer, static_cast<std::size_t>(got));
+        filled += static_cast<std::size_t>(got);
     }
+    bytes->resize(filled);
     ::close(fd);
     return true;
 }
@@ -234,6 +237,8 @@ xmlDocPtr DocumentIO::parse(std::string_view text, const String& url, ParseError
     xmlDocPtr doc = nullptr;
     bool wellFormed = false;
     if (!text.empty()) {
+        // (libxml2's static input buffer would spare the copy the memory parser makes, but it
+        // breaks on large inputs in the libxml2 we build against.)
         xmlParserCtxtPtr context =
             xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()));
         if (!context) throw std::bad_alloc();

@@ -147,7 +147,7 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
     if (relative && !Index::inTree(context)) return false;
 
     Index& index = Tree::of(context)->index();
-    const std::string value(text);
+    const std::string_view value = text;
     nodes->clear();
     ++answered;
     switch (form->shape) {
@@ -183,7 +183,9 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
             index.withIdref(value), [&](xmlNodePtr e) { return e->parent == context; }, firstOnly,
             nodes);
         return true;
-    case Shape::TableRowAt: rowsAt(context->doc, std::stoul(value), firstOnly, nodes); return true;
+    case Shape::TableRowAt:
+        rowsAt(context->doc, std::stoul(std::string(value)), firstOnly, nodes);
+        return true;
     }
     return false;
 }
