@@ -89,8 +89,9 @@ void compareTableShapes(IXMLDOMDocument* doc, IXMLDOMNode* context, Choices& cho
     auto values = selectAll(doc, "//@id | //@idref | /vCATTable/ColumnUnique/RowUnique");
     std::string value = values.empty() ? "R1" : valueOf(values[choices.below(values.size())]);
     static const char* const shapes[] = {
-        ".//*[@id = '", "/vCATTable/ColumnUnique/RowUnique[. = '", "RowUnique[@id='",
-        "/vCATTable/ColumnUnique/RowUnique[@id='", "/vCATTable//*[@idref='", "*[@idref = '"};
+        ".//*[@id = '",           "/vCATTable/ColumnUnique/RowUnique[. = '",
+        "RowUnique[@id='",        "/vCATTable/ColumnUnique/RowUnique[@id='",
+        "/vCATTable//*[@idref='", "*[@idref = '"};
     for (const char* shape : shapes) compare(context, std::string(shape) + value + "']");
     compare(context, "/vCATTable/ColumnUnique/RowUnique[" + std::to_string(choices.below(5)) + "]");
 }

@@ -1,4 +1,5 @@
 #include "platform/dom/document.h"
+#include "platform/dom/xml_text.h"
 
 #include <libxml/parser.h>
 #include <libxml/valid.h>
@@ -11,10 +12,6 @@
 
 namespace qvr::dom {
 namespace {
-
-const xmlChar* bytes(const String& s) {
-    return reinterpret_cast<const xmlChar*>(s.c_str());
-}
 
 void initialiseLibrary() {
     static const bool done = [] {

@@ -1,4 +1,5 @@
 #include "platform/dom/index.h"
+#include "platform/dom/xml_text.h"
 
 #include <algorithm>
 
@@ -9,11 +10,6 @@ namespace {
 
 constexpr const char* kIdName = "id";
 constexpr const char* kIdrefName = "idref";
-
-bool isPlainElement(xmlNodePtr node, const char* name) {
-    return node && node->type == XML_ELEMENT_NODE && !node->ns &&
-           xmlStrEqual(node->name, reinterpret_cast<const xmlChar*>(name));
-}
 
 // The text of a node (an attribute's value, a row's key). Read in place when it is one text node,
 // the usual case; else assembled in `scratch` as XPath would.

@@ -1,4 +1,5 @@
 #include "platform/dom/indexed_selection.h"
+#include "platform/dom/xml_text.h"
 
 #include <algorithm>
 #include <atomic>
@@ -50,15 +51,6 @@ constexpr ShapeForm kShapeForms[] = {
 
 // Positions with more digits are left to XPath.
 constexpr std::size_t kMaxPositionDigits = 9;
-
-bool isPlainElement(xmlNodePtr node, const char* name) {
-    return node && node->type == XML_ELEMENT_NODE && !node->ns &&
-           xmlStrEqual(node->name, reinterpret_cast<const xmlChar*>(name));
-}
-
-bool isDocument(xmlNodePtr node) {
-    return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE;
-}
 
 bool isStrictDescendant(xmlNodePtr node, xmlNodePtr ancestor) {
     for (xmlNodePtr p = node->parent; p; p = p->parent)

@@ -1,4 +1,5 @@
 #include "platform/dom/tree_edit.h"
+#include "platform/dom/xml_text.h"
 
 #include <memory>
 
@@ -12,10 +13,6 @@ namespace {
 
 // libxml2 keeps the name of this option of xmlDOMWrapReconcileNamespaces private.
 constexpr int kRemoveRedundantNamespaces = 1;
-
-bool isDocument(xmlNodePtr node) {
-    return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE;
-}
 
 // Which nodes may stand below which: text and references only in elements, a document holds
 // elements, comments and processing instructions.
