@@ -1,5 +1,7 @@
 #include "catalog/catalog.h"
 
+#include "core/value_selection.h"
+
 #include <bit>
 #include <cstring>
 
@@ -384,8 +386,7 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
             return S_OK;
         }
         Ref<IXMLDOMNode> node;
-        if ((hr = root->selectSingleNode(String("//*[@id = '") + id + "']", &node)) != S_OK)
-            return hr;
+        if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
         return CXMLDOMTool(node).createObject(self(), self(), object);
     });
 }
