@@ -101,6 +101,12 @@ std::string normalizeSegments(std::string_view path) {
     return out;
 }
 
+// The folder part of a path, up to and including its last slash ("" when there is none).
+std::string_view folderOf(std::string_view path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash + 1);
+}
+
 } // namespace
 
 bool isUrl(std::string_view text) {
@@ -204,14 +210,11 @@ String combine(std::string_view base, std::string_view relative) {
             std::size_t slash = b.find('/', pathStart + 2);
             pathStart = slash == std::string::npos ? b.size() : slash;
         }
-        std::string head = b.substr(0, pathStart);
-        std::string dir = b.substr(pathStart);
-        dir = dir.substr(0, dir.rfind('/') == std::string::npos ? 0 : dir.rfind('/') + 1);
-        if (dir.empty()) dir = "/";
-        return String(head + normalizeSegments(dir + rel));
+        std::string_view dir = folderOf(std::string_view(b).substr(pathStart));
+        std::string joined = dir.empty() ? std::string(1, '/') : std::string(dir);
+        return String(b.substr(0, pathStart) + normalizeSegments(joined + rel));
     }
-    std::string dir = b.substr(0, b.rfind('/') == std::string::npos ? 0 : b.rfind('/') + 1);
-    return String(normalizeSegments(dir + rel));
+    return String(normalizeSegments(std::string(folderOf(b)) + rel));
 }
 
 } // namespace qvr::url

@@ -218,14 +218,19 @@ double roundDecimals(double value, int decimals) {
     return value < 0 ? -magnitude : magnitude;
 }
 
-std::int64_t roundCurrency(std::int64_t units, int decimals) {
-    if (decimals >= 4) return units;
+// Currency units rounded half to even at `decimals` places; false when the result leaves the
+// range of Currency (rounding up the largest amounts).
+bool roundCurrency(std::int64_t units, int decimals, std::int64_t* out) {
+    if (decimals >= 4) {
+        *out = units;
+        return true;
+    }
     std::int64_t factor = 1;
     for (int i = decimals; i < 4; ++i) factor *= 10;
     std::int64_t q = units / factor, rest = units % factor, half = factor / 2;
     if (rest > half || (rest == half && (q & 1))) ++q;
     if (rest < -half || (rest == -half && (q & 1))) --q;
-    return q * factor;
+    return !__builtin_mul_overflow(q, factor, out);
 }
 
 enum class Unary { Neg, Abs, Fix, Int, Round };
@@ -256,10 +261,9 @@ bool currencyUnary(Unary op, std::int64_t v, int decimals, std::int64_t* out) {
     case Unary::Fix: *out = v / 10000 * 10000; return true;
     case Unary::Int: {
         std::int64_t q = v / 10000 - (v % 10000 < 0 ? 1 : 0);
-        *out = q * 10000;
-        return true;
+        return !__builtin_mul_overflow(q, std::int64_t{10000}, out);
     }
-    case Unary::Round: *out = roundCurrency(v, decimals); return true;
+    case Unary::Round: return roundCurrency(v, decimals, out);
     }
     return false;
 }

@@ -167,9 +167,11 @@ const LocaleInfo* find(LCID lcid) {
 } // namespace
 
 void SetUserLocale(LCID lcid) {
-    // The user locale is always one the table knows, so every later lookup is direct.
-    LCID resolved = lcid == LOCALE_USER_DEFAULT ? userLocale.load() : resolveLocale(lcid);
-    userLocale.store(resolved);
+    // Kept as given, so that GetUserLocale answers what was set; lookups resolve it. The
+    // defaults are replaced by what they stand for, so the user locale never refers to itself.
+    if (lcid == LOCALE_USER_DEFAULT) return;
+    if (lcid == LOCALE_SYSTEM_DEFAULT || lcid == LOCALE_NEUTRAL) lcid = LCID_EN_US;
+    userLocale.store(lcid);
 }
 
 LCID GetUserLocale() {
@@ -177,7 +179,7 @@ LCID GetUserLocale() {
 }
 
 LCID resolveLocale(LCID lcid) {
-    if (lcid == LOCALE_USER_DEFAULT) return userLocale.load();
+    if (lcid == LOCALE_USER_DEFAULT) lcid = userLocale.load();
     if (lcid == LOCALE_NEUTRAL || lcid == LOCALE_SYSTEM_DEFAULT) return LCID_EN_US;
     if (find(lcid)) return lcid;
     // Another country of a known language reads like that language's first entry.

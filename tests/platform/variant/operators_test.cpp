@@ -234,6 +234,7 @@ TEST(Operators, Unary) {
                       {__LINE__, Cy(-2.2), S_OK, Cy(-3)},
                       {__LINE__, Cy(2.7), S_OK, Cy(2)},
                       {__LINE__, Byte(9), S_OK, Byte(9)},
+                      {__LINE__, Variant::currency(CY{INT64_MIN}), DISP_E_OVERFLOW, {}},
                       {__LINE__, Null(), S_OK, Null()},
                   });
     check(varNot, {
@@ -272,6 +273,7 @@ TEST(Operators, Round) {
         {__LINE__, Cy(2.345), 2, S_OK, Cy(2.34)},
         {__LINE__, Cy(2.355), 2, S_OK, Cy(2.36)},
         {__LINE__, Cy(-2.5), 0, S_OK, Cy(-2)},
+        {__LINE__, Variant::currency(CY{INT64_MAX}), 0, DISP_E_OVERFLOW, {}},
         {__LINE__, Date(36526.5), 0, S_OK, Date(36526)},
         {__LINE__, Str("2.5"), 0, S_OK, R8(2)},
         {__LINE__, I2(7), 2, S_OK, I2(7)},
