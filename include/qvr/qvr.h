@@ -1,8 +1,17 @@
 // The library's public interface: include this one header.
 #pragma once
 
+#include <qvr/catalog.h>
+#include <qvr/classification.h>
 #include <qvr/com.h>
+#include <qvr/content.h>
 #include <qvr/dom.h>
 #include <qvr/error_info.h>
+#include <qvr/events.h>
+#include <qvr/media.h>
+#include <qvr/object.h>
+#include <qvr/object_list.h>
+#include <qvr/order.h>
+#include <qvr/stream.h>
 #include <qvr/string.h>
 #include <qvr/variant.h>

@@ -1,4 +1,5 @@
 #include "platform/dom/document.h"
+#include "platform/dom/xml_text.h"
 
 #include <libxml/parser.h>
 #include <libxml/valid.h>
@@ -11,10 +12,6 @@
 
 namespace qvr::dom {
 namespace {
-
-const xmlChar* bytes(const String& s) {
-    return reinterpret_cast<const xmlChar*>(s.c_str());
-}
 
 void initialiseLibrary() {
     static const bool done = [] {
@@ -61,6 +58,7 @@ HRESULT Document::handOutNew(xmlNodePtr node, Ref<IXMLDOMNode>* out) {
 }
 
 HRESULT Document::cloneNode(VARIANT_BOOL deep, Ref<IXMLDOMNode>* clone) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!clone) return E_POINTER;
     *clone = nullptr;
     return guarded([&] {
@@ -93,6 +91,7 @@ HRESULT Document::putref_documentElement(IXMLDOMElement* root) {
 }
 
 HRESULT Document::createElement(const String& tagName, Ref<IXMLDOMElement>* element) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!element) return E_POINTER;
     *element = nullptr;
     if (tagName.isNull()) return E_INVALIDARG;
@@ -107,6 +106,7 @@ HRESULT Document::createElement(const String& tagName, Ref<IXMLDOMElement>* elem
 }
 
 HRESULT Document::createTextNode(const String& text, Ref<IXMLDOMNode>* node) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!node) return E_POINTER;
     *node = nullptr;
     return guarded([&] {
@@ -116,6 +116,7 @@ HRESULT Document::createTextNode(const String& text, Ref<IXMLDOMNode>* node) {
 }
 
 HRESULT Document::createComment(const String& text, Ref<IXMLDOMNode>* node) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!node) return E_POINTER;
     *node = nullptr;
     return guarded([&] { return handOutNew(xmlNewDocComment(doc(), bytes(text)), node); });
@@ -123,6 +124,7 @@ HRESULT Document::createComment(const String& text, Ref<IXMLDOMNode>* node) {
 
 HRESULT Document::createProcessingInstruction(const String& target, const String& data,
                                               Ref<IXMLDOMNode>* node) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!node) return E_POINTER;
     *node = nullptr;
     if (target.isNull()) return E_INVALIDARG;
@@ -143,6 +145,10 @@ HRESULT Document::parseInto(std::string_view text, const String& url, VARIANT_BO
     ParseErrorRecord error;
     xmlDocPtr parsed = DocumentIO::parse(text, url, &error);
     if (!parsed) return failLoad(std::move(error), ok);
+    return takeTree(parsed, url, ok);
+}
+
+HRESULT Document::takeTree(xmlDocPtr parsed, const String& url, VARIANT_BOOL* ok) {
     replaceTree(parsed);
     lastError_ = ParseErrorRecord{};
     url_ = url;
@@ -159,12 +165,10 @@ HRESULT Document::load(const Variant& source, VARIANT_BOOL* ok) {
         if (located == E_ACCESSDENIED)
             return failLoad(DocumentIO::unreadable(E_ACCESSDENIED, source.str()), ok);
         if (FAILED(located)) return located;
-        String url;
-        if (FAILED(url::urlFromPath(path, &url))) url = String(path);
-        std::string text;
         ParseErrorRecord error;
-        if (!DocumentIO::readFile(path, &text, &error)) return failLoad(std::move(error), ok);
-        return parseInto(text, url, ok);
+        xmlDocPtr parsed = DocumentIO::parseFile(path, &error);
+        if (!parsed) return failLoad(std::move(error), ok);
+        return takeTree(parsed, error.url, ok);
     });
 }
 
@@ -189,6 +193,7 @@ HRESULT Document::get_url(String* url) {
 }
 
 HRESULT Document::get_parseError(Ref<IXMLDOMParseError>* error) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!error) return E_POINTER;
     *error = nullptr;
     return guarded([&] {

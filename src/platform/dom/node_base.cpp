@@ -1,4 +1,5 @@
 #include "platform/dom/node_base.h"
+#include "platform/dom/xml_text.h"
 
 #include "platform/com/failure.h"
 #include "platform/dom/document.h"
@@ -42,32 +43,16 @@ const NodeKind& kindOf(xmlNodePtr node) {
     return unknown;
 }
 
-const char* text(const xmlChar* s) {
-    return s ? reinterpret_cast<const char*>(s) : "";
-}
-
 String nameOf(xmlNodePtr node) {
     const NodeKind& kind = kindOf(node);
     if (kind.fixedName) return String(kind.fixedName);
     std::string name;
     if ((node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) && node->ns &&
         node->ns->prefix) {
-        name = text(node->ns->prefix);
+        name = chars(node->ns->prefix);
         name += ':';
     }
-    return String(name + text(node->name));
-}
-
-String contentOf(xmlNodePtr node) {
-    xmlChar* content = xmlNodeGetContent(node);
-    if (!content) return String("");
-    String result(text(content));
-    xmlFree(content);
-    return result;
-}
-
-bool isDocument(xmlNodePtr node) {
-    return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE;
+    return String(name + chars(node->name));
 }
 
 // Children the layer shows: those of elements and of the document. The children of an entity
@@ -186,36 +171,42 @@ HRESULT NodeBase<I>::get_xml(String* xml) {
 
 template <class I>
 HRESULT NodeBase<I>::get_parentNode(Ref<IXMLDOMNode>* parent) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(parent); hr != S_OK) return hr;
     return guarded([&] { return handOut(hasSiblings(node_) ? node_->parent : nullptr, parent); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_firstChild(Ref<IXMLDOMNode>* child) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(child); hr != S_OK) return hr;
     return guarded([&] { return handOut(shownChildren(node_), child); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_lastChild(Ref<IXMLDOMNode>* child) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(child); hr != S_OK) return hr;
     return guarded([&] { return handOut(shownChildren(node_) ? node_->last : nullptr, child); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_nextSibling(Ref<IXMLDOMNode>* sibling) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(sibling); hr != S_OK) return hr;
     return guarded([&] { return handOut(hasSiblings(node_) ? node_->next : nullptr, sibling); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_previousSibling(Ref<IXMLDOMNode>* sibling) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(sibling); hr != S_OK) return hr;
     return guarded([&] { return handOut(hasSiblings(node_) ? node_->prev : nullptr, sibling); });
 }
 
 template <class I>
 HRESULT NodeBase<I>::get_childNodes(Ref<IXMLDOMNodeList>* children) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(children); hr != S_OK) return hr;
     return guarded([&] {
         std::vector<Ref<IXMLDOMNode>> nodes;
@@ -235,6 +226,7 @@ HRESULT NodeBase<I>::hasChildNodes(VARIANT_BOOL* has) {
 
 template <class I>
 HRESULT NodeBase<I>::get_ownerDocument(Ref<IXMLDOMDocument>* document) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(document); hr != S_OK) return hr;
     *document = owner_;
     return owner_ ? S_OK : S_FALSE;
@@ -243,6 +235,7 @@ HRESULT NodeBase<I>::get_ownerDocument(Ref<IXMLDOMDocument>* document) {
 template <class I>
 HRESULT NodeBase<I>::insertBefore(IXMLDOMNode* newChild, IXMLDOMNode* refChild,
                                   Ref<IXMLDOMNode>* inserted) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (inserted) *inserted = nullptr;
     xmlNodePtr node = Handle::nodeOf(newChild);
     xmlNodePtr ref = refChild ? Handle::nodeOf(refChild) : nullptr;
@@ -261,6 +254,7 @@ HRESULT NodeBase<I>::appendChild(IXMLDOMNode* newChild, Ref<IXMLDOMNode>* insert
 
 template <class I>
 HRESULT NodeBase<I>::removeChild(IXMLDOMNode* child, Ref<IXMLDOMNode>* removed) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (removed) *removed = nullptr;
     xmlNodePtr node = Handle::nodeOf(child);
     if (!node) return E_INVALIDARG;
@@ -274,6 +268,7 @@ HRESULT NodeBase<I>::removeChild(IXMLDOMNode* child, Ref<IXMLDOMNode>* removed) 
 template <class I>
 HRESULT NodeBase<I>::replaceChild(IXMLDOMNode* newChild, IXMLDOMNode* oldChild,
                                   Ref<IXMLDOMNode>* replaced) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (replaced) *replaced = nullptr;
     xmlNodePtr node = Handle::nodeOf(newChild);
     xmlNodePtr old = Handle::nodeOf(oldChild);
@@ -287,6 +282,7 @@ HRESULT NodeBase<I>::replaceChild(IXMLDOMNode* newChild, IXMLDOMNode* oldChild,
 
 template <class I>
 HRESULT NodeBase<I>::cloneNode(VARIANT_BOOL deep, Ref<IXMLDOMNode>* clone) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(clone); hr != S_OK) return hr;
     return guarded([&] {
         xmlNodePtr copy = TreeEdit::copy(node_, deep != VARIANT_FALSE);
@@ -303,6 +299,7 @@ HRESULT NodeBase<I>::cloneNode(VARIANT_BOOL deep, Ref<IXMLDOMNode>* clone) {
 
 template <class I>
 HRESULT NodeBase<I>::selectSingleNode(const String& xpath, Ref<IXMLDOMNode>* node) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(node); hr != S_OK) return hr;
     if (xpath.isNull()) return E_INVALIDARG;
     return guarded([&] {
@@ -314,6 +311,7 @@ HRESULT NodeBase<I>::selectSingleNode(const String& xpath, Ref<IXMLDOMNode>* nod
 
 template <class I>
 HRESULT NodeBase<I>::selectNodes(const String& xpath, Ref<IXMLDOMNodeList>* nodes) {
+    const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (HRESULT hr = clearOut(nodes); hr != S_OK) return hr;
     if (xpath.isNull()) return E_INVALIDARG;
     return guarded([&] {

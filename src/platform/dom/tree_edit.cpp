@@ -1,4 +1,5 @@
 #include "platform/dom/tree_edit.h"
+#include "platform/dom/xml_text.h"
 
 #include <memory>
 
@@ -12,10 +13,6 @@ namespace {
 
 // libxml2 keeps the name of this option of xmlDOMWrapReconcileNamespaces private.
 constexpr int kRemoveRedundantNamespaces = 1;
-
-bool isDocument(xmlNodePtr node) {
-    return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE;
-}
 
 // Which nodes may stand below which: text and references only in elements, a document holds
 // elements, comments and processing instructions.
@@ -42,6 +39,18 @@ xmlNodePtr rootElement(xmlNodePtr document) {
     for (xmlNodePtr child = document->children; child; child = child->next)
         if (child->type == XML_ELEMENT_NODE) return child;
     return nullptr;
+}
+
+// Whether a subtree refers to or declares namespaces; most rows and cells do neither, and then
+// there is nothing to reconcile.
+bool usesNamespaces(xmlNodePtr top) {
+    return walkSubtreeWithAttributes(
+        top, [](xmlNodePtr n) { return n->ns || (n->type == XML_ELEMENT_NODE && n->nsDef); });
+}
+
+void reconcileNamespaces(xmlNodePtr node, int options) {
+    if (node->type == XML_ELEMENT_NODE && usesNamespaces(node))
+        xmlDOMWrapReconcileNamespaces(nullptr, node, options);
 }
 
 bool isChildOf(xmlNodePtr node, xmlNodePtr parent) {
@@ -85,6 +94,7 @@ HRESULT TreeEdit::remove(xmlNodePtr parent, xmlNodePtr child) {
     if (child->type == XML_DTD_NODE) return E_FAIL;
     KeepAlive keep(child);
     detach(child);
+    freeIfUnreferenced(child);
     return S_OK;
 }
 
@@ -99,6 +109,7 @@ HRESULT TreeEdit::replace(xmlNodePtr parent, xmlNodePtr node, xmlNodePtr old) {
     if (node->doc != parent->doc && !adopt(node, parent)) return E_FAIL;
     link(parent, node, old);
     detach(old);
+    freeIfUnreferenced(old); // a root replaced by putref_documentElement may have no object
     return S_OK;
 }
 
@@ -156,11 +167,17 @@ xmlNodePtr TreeEdit::copy(xmlNodePtr node, bool deep) {
     default: return nullptr;
     }
     if (!result) return nullptr;
-    walkSubtreeWithAttributes(result, [](xmlNodePtr n) {
+    xmlDictPtr dict = node->doc->dict;
+    walkSubtreeWithAttributes(result, [&](xmlNodePtr n) {
         n->_private = nullptr;
+        // A copied entity reference takes its name from the document's dictionary, and
+        // libxml2's adoption into another document leaves the names of references alone: the
+        // other document would free a string of this one's dictionary. Give it its own.
+        if (n->type == XML_ENTITY_REF_NODE && dict && xmlDictOwns(dict, n->name) == 1)
+            n->name = xmlStrdup(n->name);
         return false;
     });
-    if (result->type == XML_ELEMENT_NODE) xmlDOMWrapReconcileNamespaces(nullptr, result, 0);
+    reconcileNamespaces(result, 0);
     return result;
 }
 
@@ -168,9 +185,9 @@ void TreeEdit::releaseUnreferenced(xmlNodePtr node) {
     xmlNodePtr top = node;
     while (top->parent) {
         top = top->parent;
-        if (isDocument(top) || top->_private) return;
+        if (top->_private && !isDocument(top)) return;
     }
-    freeIfUnreferenced(top);
+    if (!isDocument(top)) freeIfUnreferenced(top);
 }
 
 void TreeEdit::detach(xmlNodePtr node) {
@@ -181,7 +198,9 @@ void TreeEdit::detach(xmlNodePtr node) {
     xmlUnlinkNode(node);
     index.textChanged(parent);
     // Declarations of the former ancestors must not be referred to from a detached subtree.
-    if (node->type == XML_ELEMENT_NODE) xmlDOMWrapReconcileNamespaces(nullptr, node, 0);
+    reconcileNamespaces(node, 0);
+    // The node may have held the last reference into the detached subtree it leaves.
+    releaseUnreferenced(parent);
 }
 
 void TreeEdit::link(xmlNodePtr parent, xmlNodePtr node, xmlNodePtr ref) {
@@ -203,8 +222,7 @@ void TreeEdit::link(xmlNodePtr parent, xmlNodePtr node, xmlNodePtr ref) {
             parent->children = node;
         parent->last = node;
     }
-    if (node->type == XML_ELEMENT_NODE)
-        xmlDOMWrapReconcileNamespaces(nullptr, node, kRemoveRedundantNamespaces);
+    reconcileNamespaces(node, kRemoveRedundantNamespaces);
     Index& index = Tree::of(parent)->index();
     index.inserted(node);
     index.textChanged(parent);

@@ -1,0 +1,185 @@
+#include "platform/dom/indexed_selection.h"
+#include "platform/dom/xml_text.h"
+
+#include <algorithm>
+#include <atomic>
+#include <string>
+
+#include <libxml/xpath.h>
+
+#include "platform/dom/index.h"
+#include "platform/dom/tree.h"
+
+namespace qvr::dom {
+namespace {
+
+std::atomic<bool> recognising{true};
+std::atomic<std::uint64_t> answered{0};
+
+enum class Shape {
+    DescendantById,    // .//*[@id = 'X'] relative to any node
+    TableRowByKey,     // /vCATTable/ColumnUnique/RowUnique[. = 'KEY']
+    ChildRowById,      // RowUnique[@id='ID'] relative to ColumnUnique
+    TableRowById,      // /vCATTable/ColumnUnique/RowUnique[@id='ID']
+    TableCellsByIdref, // /vCATTable//*[@idref='ID']
+    ChildByIdref,      // *[@idref = 'ID'] relative to a column
+    TableRowAt,        // /vCATTable/ColumnUnique/RowUnique[N]
+};
+
+struct ShapeForm {
+    std::string_view prefix;
+    std::string_view suffix;
+    Shape shape;
+};
+
+// The value stands between prefix and suffix. Position forms come last: their prefix is shared.
+constexpr ShapeForm kShapeForms[] = {
+    {".//*[@id = '", "']", Shape::DescendantById},
+    {".//*[@id='", "']", Shape::DescendantById},
+    {"/vCATTable/ColumnUnique/RowUnique[. = '", "']", Shape::TableRowByKey},
+    {"/vCATTable/ColumnUnique/RowUnique[.='", "']", Shape::TableRowByKey},
+    {"RowUnique[@id='", "']", Shape::ChildRowById},
+    {"RowUnique[@id = '", "']", Shape::ChildRowById},
+    {"/vCATTable/ColumnUnique/RowUnique[@id='", "']", Shape::TableRowById},
+    {"/vCATTable/ColumnUnique/RowUnique[@id = '", "']", Shape::TableRowById},
+    {"/vCATTable//*[@idref='", "']", Shape::TableCellsByIdref},
+    {"/vCATTable//*[@idref = '", "']", Shape::TableCellsByIdref},
+    {"*[@idref = '", "']", Shape::ChildByIdref},
+    {"*[@idref='", "']", Shape::ChildByIdref},
+    {"/vCATTable/ColumnUnique/RowUnique[", "]", Shape::TableRowAt},
+};
+
+// Positions with more digits are left to XPath.
+constexpr std::size_t kMaxPositionDigits = 9;
+
+bool isStrictDescendant(xmlNodePtr node, xmlNodePtr ancestor) {
+    for (xmlNodePtr p = node->parent; p; p = p->parent)
+        if (p == ancestor) return true;
+    return false;
+}
+
+bool valueFits(Shape shape, std::string_view value) {
+    if (shape != Shape::TableRowAt) return value.find('\'') == std::string_view::npos;
+    return !value.empty() && value.size() <= kMaxPositionDigits &&
+           std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+const ShapeForm* recognise(std::string_view expression, std::string_view* value) {
+    for (const auto& form : kShapeForms) {
+        if (expression.size() < form.prefix.size() + form.suffix.size() ||
+            !expression.starts_with(form.prefix) || !expression.ends_with(form.suffix))
+            continue;
+        const std::string_view inner = expression.substr(
+            form.prefix.size(), expression.size() - form.prefix.size() - form.suffix.size());
+        if (!valueFits(form.shape, inner)) continue;
+        *value = inner;
+        return &form;
+    }
+    return nullptr;
+}
+
+bool precedes(xmlNodePtr a, xmlNodePtr b) {
+    return xmlXPathCmpNodes(a, b) == 1;
+}
+
+// The candidates that pass `keep`, in document order.
+template <class Keep>
+void collect(const std::vector<xmlNodePtr>& candidates, Keep&& keep, bool firstOnly,
+             std::vector<xmlNodePtr>* nodes) {
+    for (xmlNodePtr candidate : candidates)
+        if (keep(candidate)) nodes->push_back(candidate);
+    if (nodes->size() < 2) return;
+    if (firstOnly) {
+        xmlNodePtr first = *std::min_element(nodes->begin(), nodes->end(), precedes);
+        nodes->assign(1, first);
+    } else {
+        std::sort(nodes->begin(), nodes->end(), precedes);
+    }
+}
+
+// The n-th RowUnique of each ColumnUnique of the table root, in document order.
+void rowsAt(xmlDocPtr doc, std::size_t n, bool firstOnly, std::vector<xmlNodePtr>* nodes) {
+    xmlNodePtr root = xmlDocGetRootElement(doc);
+    if (!isPlainElement(root, "vCATTable") || n == 0) return;
+    for (xmlNodePtr column = root->children; column; column = column->next) {
+        if (!isPlainElement(column, "ColumnUnique")) continue;
+        std::size_t seen = 0;
+        for (xmlNodePtr row = column->children; row; row = row->next) {
+            if (isPlainElement(row, "RowUnique") && ++seen == n) {
+                nodes->push_back(row);
+                break;
+            }
+        }
+        if (firstOnly && !nodes->empty()) return;
+    }
+}
+
+} // namespace
+
+void IndexedSelection::setEnabled(bool enabled) {
+    recognising = enabled;
+}
+
+bool IndexedSelection::enabled() {
+    return recognising;
+}
+
+std::uint64_t IndexedSelection::answeredCount() {
+    return answered;
+}
+
+bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, bool firstOnly,
+                              std::vector<xmlNodePtr>* nodes) {
+    if (!recognising) return false;
+    std::string_view text;
+    const ShapeForm* form = recognise(expression, &text);
+    if (!form) return false;
+    // Relative shapes: the tables hold the nodes of the tree only.
+    const bool relative = form->prefix.front() != '/';
+    if (relative && !Index::inTree(context)) return false;
+
+    Index& index = Tree::of(context)->index();
+    const std::string_view value = text;
+    nodes->clear();
+    ++answered;
+    switch (form->shape) {
+    case Shape::DescendantById:
+        collect(
+            index.withId(value),
+            [&](xmlNodePtr e) { return isDocument(context) || isStrictDescendant(e, context); },
+            firstOnly, nodes);
+        return true;
+    case Shape::TableRowByKey:
+        collect(
+            index.rowsWithKey(value), [](xmlNodePtr) { return true; }, firstOnly, nodes);
+        return true;
+    case Shape::ChildRowById:
+        collect(
+            index.withId(value),
+            [&](xmlNodePtr e) { return e->parent == context && isPlainElement(e, "RowUnique"); },
+            firstOnly, nodes);
+        return true;
+    case Shape::TableRowById:
+        collect(index.withId(value), &Index::isTableRow, firstOnly, nodes);
+        return true;
+    case Shape::TableCellsByIdref: {
+        xmlNodePtr root = xmlDocGetRootElement(context->doc);
+        if (!isPlainElement(root, "vCATTable")) return true;
+        collect(
+            index.withIdref(value), [&](xmlNodePtr e) { return isStrictDescendant(e, root); },
+            firstOnly, nodes);
+        return true;
+    }
+    case Shape::ChildByIdref:
+        collect(
+            index.withIdref(value), [&](xmlNodePtr e) { return e->parent == context; }, firstOnly,
+            nodes);
+        return true;
+    case Shape::TableRowAt:
+        rowsAt(context->doc, std::stoul(std::string(value)), firstOnly, nodes);
+        return true;
+    }
+    return false;
+}
+
+} // namespace qvr::dom

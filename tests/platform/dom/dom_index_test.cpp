@@ -1,0 +1,302 @@
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "dom_test_support.h"
+#include "platform/dom/indexed_selection.h"
+
+namespace qvr {
+namespace {
+
+using namespace qvr::testing;
+using dom::IndexedSelection;
+
+constexpr const char* kTable =
+    "<vCATTable><ColumnUnique id='C0'>"
+    "<RowUnique id='R1'>A</RowUnique><RowUnique id='R2'>B</RowUnique>"
+    "<RowUnique id='R3'>C</RowUnique></ColumnUnique>"
+    "<Column id='C1'><Row idref='R1'>1</Row><Row idref='R2'>2</Row><Row idref='R2'>dup</Row>"
+    "</Column><ColumnView id='C2'><Drawing idref='R3'>d<Other id='R1'/></Drawing></ColumnView>"
+    "</vCATTable>";
+
+const char* const kIds[] = {"R1", "R2", "R3", "R4", "C0", "C1", "X"};
+const char* const kKeys[] = {"A", "B", "C", "", "1"};
+const char* const kTags[] = {"RowUnique",    "RowUnique", "Row",       "Drawing",
+                             "ColumnUnique", "Column",    "vCATTable", "Other"};
+
+// Every shape the tables answer, with {} where the value goes.
+const char* const kShapes[] = {
+    ".//*[@id = '{}']",
+    ".//*[@id='{}']",
+    "/vCATTable/ColumnUnique/RowUnique[. = '{}']",
+    "/vCATTable/ColumnUnique/RowUnique[.='{}']",
+    "RowUnique[@id='{}']",
+    "RowUnique[@id = '{}']",
+    "/vCATTable/ColumnUnique/RowUnique[@id='{}']",
+    "/vCATTable//*[@idref='{}']",
+    "/vCATTable//*[@idref = '{}']",
+    "*[@idref = '{}']",
+    "*[@idref='{}']",
+    "/vCATTable/ColumnUnique/RowUnique[{}]",
+};
+
+std::string fill(const char* shape, const std::string& value) {
+    std::string out = shape;
+    out.replace(out.find("{}"), 2, value);
+    return out;
+}
+
+std::vector<Ref<IXMLDOMNode>> listed(IXMLDOMNodeList* list) {
+    std::vector<Ref<IXMLDOMNode>> out;
+    std::int32_t length = 0;
+    if (list) list->get_length(&length);
+    for (std::int32_t i = 0; i < length; ++i) {
+        Ref<IXMLDOMNode> node;
+        list->get_item(i, &node);
+        out.push_back(node);
+    }
+    return out;
+}
+
+// The nodes are held: a node's object lives only as long as someone refers to it.
+struct Answer {
+    HRESULT listStatus;
+    std::vector<Ref<IXMLDOMNode>> nodes;
+    HRESULT singleStatus;
+    Ref<IXMLDOMNode> single;
+    bool operator==(const Answer& o) const {
+        return listStatus == o.listStatus && nodes == o.nodes && singleStatus == o.singleStatus &&
+               single == o.single;
+    }
+};
+
+Answer ask(IXMLDOMNode* context, const std::string& xpath, bool recognise) {
+    IndexedSelection::setEnabled(recognise);
+    Answer answer;
+    Ref<IXMLDOMNodeList> list;
+    answer.listStatus = context->selectNodes(xpath, &list);
+    answer.nodes = listed(list);
+    answer.singleStatus = context->selectSingleNode(xpath, &answer.single);
+    IndexedSelection::setEnabled(true);
+    return answer;
+}
+
+// Random changes of two table documents and of detached nodes; after each change the answers
+// from the tables must equal the answers of XPath.
+class IndexAgainstXPath {
+public:
+    explicit IndexAgainstXPath(unsigned seed) : random_(seed) {
+        docs_[0] = parseXml(kTable);
+        docs_[1] = parseXml("<vCATTable><ColumnUnique id='C0'><RowUnique id='R1'>B</RowUnique>"
+                            "</ColumnUnique><Column id='C1'><Row idref='R1'>x</Row></Column>"
+                            "</vCATTable>");
+    }
+
+    int pick(std::size_t n) {
+        return std::uniform_int_distribution<int>(0, static_cast<int>(n) - 1)(random_);
+    }
+    template <class T, std::size_t N>
+    const T& anyOf(const T (&items)[N]) {
+        return items[pick(N)];
+    }
+
+    // Nodes of both documents and the ones held aside (some detached).
+    std::vector<Ref<IXMLDOMNode>> candidates(bool elementsOnly) {
+        std::vector<Ref<IXMLDOMNode>> out;
+        for (auto& doc : docs_) {
+            Ref<IXMLDOMNodeList> list;
+            doc->selectNodes(elementsOnly ? "//*" : "//node()", &list);
+            for (auto& node : listed(list)) out.push_back(node);
+        }
+        for (auto& node : held_) {
+            if (!elementsOnly || query<IXMLDOMElement>(node)) out.push_back(node);
+            Ref<IXMLDOMNodeList> below;
+            node->selectNodes(elementsOnly ? ".//*" : ".//node()", &below);
+            for (auto& n : listed(below)) out.push_back(n);
+        }
+        return out;
+    }
+    Ref<IXMLDOMNode> anyNode(bool elementsOnly) {
+        auto all = candidates(elementsOnly);
+        return all.empty() ? nullptr : all[pick(all.size())];
+    }
+    Ref<IXMLDOMElement> anyElement() { return query<IXMLDOMElement>(anyNode(true)); }
+
+    void change() {
+        IXMLDOMDocument* doc = docs_[pick(2)];
+        switch (pick(11)) {
+        case 0: { // a new element, kept aside
+            auto element = newElement(doc, anyOf(kTags), pick(2) ? anyOf(kKeys) : nullptr);
+            if (pick(2)) element->setAttribute(pick(2) ? "id" : "idref", anyOf(kIds));
+            hold(element);
+            break;
+        }
+        case 1:
+        case 2: { // insert or move, also between documents and into detached subtrees
+            auto node = anyNode(false);
+            auto parent = anyElement();
+            if (!node || !parent) break;
+            Ref<IXMLDOMNode> ref;
+            if (pick(2)) parent->get_firstChild(&ref);
+            if (ref && pick(2)) ref->get_nextSibling(&ref);
+            parent->insertBefore(node, ref, nullptr);
+            break;
+        }
+        case 3: { // removal
+            auto node = anyNode(false);
+            Ref<IXMLDOMNode> parent;
+            if (node && node->get_parentNode(&parent) == S_OK &&
+                parent->removeChild(node, nullptr) == S_OK && pick(2))
+                hold(node);
+            break;
+        }
+        case 4: { // replacement
+            auto node = anyNode(false);
+            auto old = anyNode(false);
+            Ref<IXMLDOMNode> parent;
+            if (node && old && old->get_parentNode(&parent) == S_OK)
+                parent->replaceChild(node, old, nullptr);
+            break;
+        }
+        case 5: // text of an element or of a text node
+            if (auto node = anyNode(false)) node->put_text(anyOf(kKeys));
+            break;
+        case 6:
+            if (auto element = anyElement())
+                element->setAttribute(pick(2) ? "id" : "idref", anyOf(kIds));
+            break;
+        case 7:
+            if (auto element = anyElement()) element->removeAttribute(pick(2) ? "id" : "idref");
+            break;
+        case 8: // the value of an attribute node
+            if (auto element = anyElement()) {
+                Ref<IXMLDOMNode> attribute;
+                if (element->selectSingleNode(pick(2) ? "@id" : "@idref", &attribute) == S_OK)
+                    attribute->put_text(anyOf(kIds));
+            }
+            break;
+        case 9: // a new root, a copy, or letting go of held nodes
+            if (pick(3) == 0) {
+                if (auto element = anyElement()) doc->putref_documentElement(element);
+            } else if (pick(2)) {
+                Ref<IXMLDOMNode> copy;
+                if (auto node = anyNode(false);
+                    node && node->cloneNode(VARIANT_TRUE, &copy) == S_OK)
+                    hold(copy);
+            } else if (!held_.empty()) {
+                held_.erase(held_.begin() + pick(held_.size()));
+            }
+            break;
+        case 10:
+            if (pick(20) == 0) {
+                VARIANT_BOOL ok;
+                doc->loadXML(kTable, &ok);
+            }
+            break;
+        }
+    }
+
+    void hold(const Ref<IXMLDOMNode>& node) {
+        held_.push_back(node);
+        if (held_.size() > 12) held_.erase(held_.begin());
+    }
+
+    std::string randomQuery() {
+        const char* shape = anyOf(kShapes);
+        if (std::string(shape).find("[{}]") != std::string::npos)
+            return fill(shape, std::to_string(pick(5)));
+        if (std::string(shape).find(". = ") != std::string::npos ||
+            std::string(shape).find(".=") != std::string::npos)
+            return fill(shape, anyOf(kKeys));
+        return fill(shape, anyOf(kIds));
+    }
+
+    // Compares one random query on one random context; false (with a message) on a difference.
+    bool compareOnce(int step) {
+        Ref<IXMLDOMNode> context = pick(4) == 0 ? Ref<IXMLDOMNode>(docs_[pick(2)]) : anyNode(false);
+        if (!context) return true;
+        const std::string xpath = randomQuery();
+        const Answer indexed = ask(context, xpath, true);
+        const Answer plain = ask(context, xpath, false);
+        if (indexed == plain) return true;
+        ADD_FAILURE() << "step " << step << ": " << xpath << " on " << nameOf(context) << " ("
+                      << xmlOf(context) << ") gives " << indexed.nodes.size() << " nodes, XPath "
+                      << plain.nodes.size();
+        return false;
+    }
+
+private:
+    std::mt19937 random_;
+    Ref<IXMLDOMDocument> docs_[2];
+    std::vector<Ref<IXMLDOMNode>> held_;
+};
+
+TEST(DomIndex, AnswersEqualXPathAfterRandomChanges) {
+    const std::uint64_t answeredBefore = IndexedSelection::answeredCount();
+    for (unsigned seed = 1; seed <= 6; ++seed) {
+        IndexAgainstXPath run(seed);
+        bool same = true;
+        for (int step = 0; step < 400 && same; ++step) {
+            run.change();
+            for (int q = 0; q < 6 && same; ++q) same = run.compareOnce(step);
+        }
+    }
+    EXPECT_EQ(CanUnloadNow(), S_OK);
+    // The tables really answered (the comparison is not XPath against itself).
+    EXPECT_GT(IndexedSelection::answeredCount() - answeredBefore, 5000u);
+}
+
+TEST(DomIndex, ShapesFollowChangesInDocumentOrder) {
+    auto doc = parseXml(kTable);
+    auto unique = elementAt(doc, "/vCATTable/ColumnUnique");
+    auto column = elementAt(doc, "/vCATTable/Column");
+    // Duplicates answer the first in document order, whatever order the changes came in.
+    EXPECT_EQ(textOf(selectOne(column, "*[@idref = 'R2']")), "2");
+    EXPECT_EQ(selectedValues(doc, "/vCATTable//*[@idref='R2']"), "2 dup");
+    auto first = elementAt(column, "Row[1]");
+    first->setAttribute("idref", "R2");
+    EXPECT_EQ(selectedValues(doc, "/vCATTable//*[@idref='R2']"), "1 2 dup");
+    EXPECT_EQ(textOf(selectOne(doc, ".//*[@id = 'R1']")), "A"); // the row, before the Other
+    EXPECT_EQ(nameOf(selectOne(elementAt(doc, "/vCATTable/ColumnView"), ".//*[@id = 'R1']")),
+              "Other");
+
+    // A row's key follows its text; a moved row follows its place.
+    auto rowB = elementAt(unique, "RowUnique[@id='R2']");
+    rowB->put_text("Z");
+    Ref<IXMLDOMNode> none;
+    EXPECT_EQ(doc->selectSingleNode("/vCATTable/ColumnUnique/RowUnique[. = 'B']", &none), S_FALSE);
+    EXPECT_EQ(attributeOf(elementAt(doc, "/vCATTable/ColumnUnique/RowUnique[. = 'Z']"), "id"),
+              "R2");
+    unique->insertBefore(rowB, elementAt(unique, "RowUnique[1]"), nullptr);
+    EXPECT_EQ(textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[1]")), "Z");
+    EXPECT_EQ(textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[3]")), "C");
+
+    // A removed row is found by no table shape, but by a selection relative to it.
+    unique->removeChild(rowB, nullptr);
+    EXPECT_EQ(doc->selectSingleNode("/vCATTable/ColumnUnique/RowUnique[. = 'Z']", &none), S_FALSE);
+    EXPECT_EQ(unique->selectSingleNode("RowUnique[@id='R2']", &none), S_FALSE);
+    auto holder = newElement(doc, "ColumnUnique");
+    holder->appendChild(rowB, nullptr);
+    EXPECT_EQ(textOf(selectOne(holder, "RowUnique[@id='R2']")), "Z");
+
+    // A value with an apostrophe is never recognised: XPath finds the expression malformed.
+    EXPECT_EQ(doc->selectSingleNode("/vCATTable/ColumnUnique/RowUnique[. = 'it's']", &none),
+              E_FAIL);
+    EXPECT_EQ(doc->selectSingleNode(".//*[@id = 'a'b']", &none), E_FAIL);
+    EXPECT_EQ(column->selectSingleNode("*[@idref = ''']", &none), E_FAIL);
+
+    // After a new load the tables describe the new tree.
+    VARIANT_BOOL ok;
+    ASSERT_EQ(doc->loadXML("<vCATTable><ColumnUnique><RowUnique id='N'>B</RowUnique>"
+                           "</ColumnUnique></vCATTable>",
+                           &ok),
+              S_OK);
+    EXPECT_EQ(attributeOf(elementAt(doc, "/vCATTable/ColumnUnique/RowUnique[. = 'B']"), "id"), "N");
+    // Nodes of the former tree still answer relative selections.
+    EXPECT_EQ(textOf(selectOne(column, "*[@idref = 'R2']")), "1");
+}
+
+} // namespace
+} // namespace qvr
