@@ -77,6 +77,7 @@ HRESULT ObjectCore::containerInsertBefore(IQVRCatalogObject* newChild, const Var
         Ref<IQVRCatalogObject> child;
         hr = insertChild(tool, newChild, position, &child, row);
         if (hr == S_OK) {
+            if (FAILED(hr = childPlaced(child))) return hr;
             fire(qvrEventObjectInserted, child, position);
             if (inserted) *inserted = std::move(child);
             return S_OK;

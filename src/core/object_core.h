@@ -54,6 +54,9 @@ public:
     virtual HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
                                 const Variant& position, Ref<IQVRCatalogObject>* inserted,
                                 const ContainerRow& row) = 0;
+    // The work that follows a placed child before anyone hears of it (a column gives a cell its
+    // row). A failure is returned as it stands, and `inserted` stays null.
+    virtual HRESULT childPlaced(IQVRCatalogObject*) { return S_OK; }
     // Fires a change of this object: wrappers route it to their root, roots deliver it at once.
     virtual void fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) = 0;
 

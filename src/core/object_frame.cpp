@@ -3,7 +3,6 @@
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/xml_dom_tool.h"
-#include "platform/com/cookie_table.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
@@ -13,30 +12,13 @@ bool keepsOwnKeyText(KeyFamily family) {
     return family == KeyFamily::D || family == KeyFamily::E;
 }
 
-HRESULT readLink(std::uint32_t cookie, Ref<IQVRCatalogObject>* object) {
-    return CookieTable::instance().get(cookie, object);
-}
-
 } // namespace
 
 ObjectFrame::ObjectFrame(const ClassInfo& info, const IID& iid) : ObjectCore(info, iid) {
     if (keepsOwnKeyText(info.type.key)) cachedKey_ = newGuidId();
 }
 
-ObjectFrame::~ObjectFrame() {
-    dropLinks();
-}
-
-void ObjectFrame::dropLinks() {
-    if (catalogCookie_) CookieTable::instance().revoke(std::exchange(catalogCookie_, 0));
-    if (parentCookie_) CookieTable::instance().revoke(std::exchange(parentCookie_, 0));
-}
-
-HRESULT ObjectFrame::replaceLink(std::uint32_t* cookie, IQVRCatalogObject* object) {
-    if (*cookie) CookieTable::instance().revoke(std::exchange(*cookie, 0));
-    if (!object) return S_OK;
-    return CookieTable::instance().registerInterface(object, cookie);
-}
+ObjectFrame::~ObjectFrame() = default;
 
 HRESULT ObjectFrame::attach(IXMLDOMDocument* document, IXMLDOMNode* node,
                             IQVRCatalogObject* catalog) {
@@ -45,7 +27,7 @@ HRESULT ObjectFrame::attach(IXMLDOMDocument* document, IXMLDOMNode* node,
     if (!element) return E_FAIL;
     ownerDocument_ = nullptr;
     element_ = nullptr;
-    HRESULT hr = replaceLink(&catalogCookie_, catalog);
+    HRESULT hr = catalog_.set(catalog);
     if (hr != S_OK) return hr;
     ownerDocument_ = document;
     element_ = std::move(element);
@@ -56,18 +38,12 @@ HRESULT ObjectFrame::attachNew(IXMLDOMDocument* document, IQVRCatalogObject* cat
     if (!document) return E_POINTER;
     ownerDocument_ = nullptr;
     element_ = nullptr;
-    HRESULT hr = replaceLink(&catalogCookie_, catalog);
+    HRESULT hr = catalog_.set(catalog);
     if (hr != S_OK) return hr;
     hr = document->createElement(classInfo().type.tag, &element_);
     if (hr != S_OK) return hr;
     ownerDocument_ = document;
     return S_OK;
-}
-
-Ref<IQVRCatalogObject> ObjectFrame::catalogRef() const {
-    Ref<IQVRCatalogObject> catalog;
-    if (catalogCookie_) readLink(catalogCookie_, &catalog);
-    return catalog;
 }
 
 HRESULT ObjectFrame::notInitialized() const {
@@ -80,14 +56,13 @@ HRESULT ObjectFrame::workElement(Ref<IXMLDOMElement>* element) {
 }
 
 HRESULT ObjectFrame::catalogObject(Ref<IQVRCatalogObject>* catalog) {
-    *catalog = nullptr;
-    return catalogCookie_ ? readLink(catalogCookie_, catalog) : E_FAIL;
+    return catalog_.get(catalog, E_FAIL);
 }
 
 HRESULT ObjectFrame::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
                                  const Variant& position, Ref<IQVRCatalogObject>* inserted,
                                  const ContainerRow& row) {
-    return tool.insertChildObject(catalogCookie_, self(), child, position, inserted,
+    return tool.insertChildObject(catalog_.cookie(), self(), child, position, inserted,
                                   row.keyAttribute, row.childSelection);
 }
 
@@ -181,28 +156,19 @@ HRESULT ObjectFrame::baseCloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* cl
 }
 
 HRESULT ObjectFrame::baseGetCatalog(Ref<IQVRCatalogObject>* catalog) noexcept {
-    return handOutLink(catalogCookie_, catalog, E_FAIL);
+    return catalog_.handOut(catalog, E_FAIL);
 }
 
 HRESULT ObjectFrame::basePutCatalog(IQVRCatalogObject* catalog) noexcept {
-    return guarded([&] { return replaceLink(&catalogCookie_, catalog); });
+    return guarded([&] { return catalog_.set(catalog); });
 }
 
 HRESULT ObjectFrame::baseGetParent(Ref<IQVRCatalogObject>* parent) noexcept {
-    return handOutLink(parentCookie_, parent, S_FALSE);
-}
-
-HRESULT ObjectFrame::handOutLink(std::uint32_t cookie, Ref<IQVRCatalogObject>* object,
-                                 HRESULT withoutLink) noexcept {
-    return guarded([&] {
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        return cookie ? readLink(cookie, object) : withoutLink;
-    });
+    return parent_.handOut(parent, S_FALSE);
 }
 
 HRESULT ObjectFrame::basePutParent(IQVRCatalogObject* parent) noexcept {
-    return guarded([&] { return replaceLink(&parentCookie_, parent); });
+    return guarded([&] { return parent_.set(parent); });
 }
 
 } // namespace qvr

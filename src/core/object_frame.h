@@ -11,6 +11,7 @@
 #include <cstdint>
 
 #include "core/object_core.h"
+#include "core/object_link.h"
 
 namespace qvr {
 
@@ -28,10 +29,12 @@ public:
 
     IXMLDOMElement* element() const { return element_.get(); }
     IXMLDOMDocument* ownerDocument() const { return ownerDocument_.get(); }
-    std::uint32_t catalogCookie() const { return catalogCookie_; }
-    std::uint32_t parentCookie() const { return parentCookie_; }
+    std::uint32_t catalogCookie() const { return catalog_.cookie(); }
+    std::uint32_t parentCookie() const { return parent_.cookie(); }
     // The catalog of the cookie, or null.
-    Ref<IQVRCatalogObject> catalogRef() const;
+    Ref<IQVRCatalogObject> catalogRef() const { return catalog_.object(); }
+    // The parent of the cookie, or null.
+    Ref<IQVRCatalogObject> parentRef() const { return parent_.object(); }
 
     // --- ObjectCore hooks for a wrapper --------------------------------------------------------
     bool initialized() const override { return element_ != nullptr; }
@@ -62,16 +65,14 @@ protected:
     // Steps 1 to 4 of a clone: the element copied, `idAttribute` (if given) set to a new GUID
     // text on the copy, and the copy wrapped with this object's catalog and no parent.
     HRESULT cloneElement(VARIANT_BOOL deep, const char* idAttribute, Ref<IQVRCatalogObject>* clone);
+    // Family G: the key a new cell was made with, until it names a row of its own.
+    void setCachedKey(const String& key) { cachedKey_ = key; }
 
 private:
-    static HRESULT handOutLink(std::uint32_t cookie, Ref<IQVRCatalogObject>* object,
-                               HRESULT withoutLink) noexcept;
-    static HRESULT replaceLink(std::uint32_t* cookie, IQVRCatalogObject* object);
-    void dropLinks();
     HRESULT keyOfRow(String* key);
 
-    std::uint32_t catalogCookie_ = 0;
-    std::uint32_t parentCookie_ = 0;
+    ObjectLink catalog_;
+    ObjectLink parent_;
     Ref<IXMLDOMDocument> ownerDocument_;
     Ref<IXMLDOMElement> element_;
     String cachedKey_; // families D and E: a GUID text from construction; G: starts null

@@ -1,0 +1,57 @@
+// What the two roots of the model (the catalog and the table) share: a whole document in place
+// of an element, the sinks that hear every change of their tree, the address the document came
+// from and the folder its references resolve against. RootObject (core/root_object.h) makes a
+// root class out of its interface; this class holds the state and the steps both roots take.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include <qvr/dom.h>
+
+#include "core/event_sinks.h"
+#include "core/object_core.h"
+
+namespace qvr {
+
+class DocumentRoot : public ObjectCore {
+public:
+    DocumentRoot(const ClassInfo& info, const IID& iid, EventSide side)
+        : ObjectCore(info, iid), sinks_(side) {}
+
+    IXMLDOMDocument* document() const { return document_.get(); }
+
+protected:
+    // An attribute of the root element: absent gives S_FALSE and leaves `value` alone.
+    HRESULT readRootAttribute(const char* name, String* value) noexcept;
+    // Makes a document when there is none; a failure reports `message` under the failing status.
+    HRESULT ensureDocument(std::uint32_t message);
+    // The end of a load that did not parse: the parse error's text, reported under `status`.
+    HRESULT reportParseFailure(HRESULT status);
+    // Reads the document element into `root` and compares its tag with `tag`, case-sensitively;
+    // another tag reports `message` under `status` (and `root` keeps the foreign element).
+    HRESULT checkRootTag(const char* tag, std::uint32_t message, HRESULT status,
+                         Ref<IXMLDOMElement>* root);
+    // Appends the declaration and the product and copyright comments that open a new document.
+    HRESULT writePrologue(const char* productComment);
+    // After a load: the folder of the document's URL (up to its last "/") becomes the base; a URL
+    // without "/" leaves the base as it was. Answers the status of asking for the URL.
+    HRESULT baseFromDocumentUrl();
+    // The base in URL form (a stored path is converted and stored first), copied to `baseUrl`.
+    HRESULT handOutBaseUrl(String* baseUrl);
+    // Closes a newly stored base with "/" unless it is empty or `given` ended in a separator.
+    void closeBaseUrl(std::string_view given);
+
+    // The `version` text read as a double, handed out as the low half of its bits taken as a
+    // float: "1.2" gives about 4.17e-08. Callers compare it with another such reading.
+    static HRESULT versionOf(const String& text, float* version);
+    // Two lower-case letters; no list of codes is consulted.
+    static bool isLanguageCode(const String& language);
+
+    Ref<IXMLDOMDocument> document_;
+    Variant url_;    // where the document was loaded from or last saved to
+    String baseUrl_; // the folder of the document, closed with "/"
+    EventSinks sinks_;
+};
+
+} // namespace qvr
