@@ -22,4 +22,20 @@ public:
     QVR_INTERFACE_ID(IQVRCatalogDocuments)
 };
 
+class IQVRCatalogURL : public IQVRCatalogObject {
+public:
+    QVR_INTERFACE_ID(IQVRCatalogURL)
+};
+
+class IQVRCatalogImage : public IQVRCatalogObject {
+public:
+    QVR_INTERFACE_ID(IQVRCatalogImage)
+};
+
+// The files a view's drawings refer to.
+class IQVRCatalogReferencedFiles : public IQVRCatalogObject {
+public:
+    QVR_INTERFACE_ID(IQVRCatalogReferencedFiles)
+};
+
 } // namespace qvr

@@ -83,15 +83,7 @@ HRESULT CQVRCatalog::put_name(const String& name) {
 }
 
 HRESULT CQVRCatalog::put_language(const String& language) {
-    return guarded([&] {
-        if (!isLanguageCode(language)) return report(123);
-        Ref<IXMLDOMElement> root;
-        HRESULT hr = requireElement(&root);
-        if (hr != S_OK) return hr;
-        if ((hr = root->setAttribute("xml:lang", language)) == S_OK)
-            fireObjectEvent(qvrEventObjectChanged, self(), self(), Variant());
-        return hr;
-    });
+    return writeLanguage(language);
 }
 
 HRESULT CQVRCatalog::selectDesc(Ref<IXMLDOMNode>* desc) {

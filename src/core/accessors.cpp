@@ -2,6 +2,7 @@
 
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
+#include "platform/url/url.h"
 
 namespace qvr::accessors {
 namespace {
@@ -101,6 +102,30 @@ HRESULT getOwnText(ObjectFrame& object, String* text) noexcept {
 HRESULT putOwnText(ObjectFrame& object, const String& text) noexcept {
     return onElement(
         object, [&](IXMLDOMElement* element) { return changed(object, element->put_text(text)); });
+}
+
+HRESULT getReferenceText(ObjectFrame& object, String* text) noexcept {
+    return onElement(object, text, [&](IXMLDOMElement* element) {
+        String stored, converted;
+        HRESULT hr = element->get_text(&stored);
+        if (FAILED(hr)) return hr;
+        hr = url::pathToUrl(stored, &converted);
+        if (hr == S_FALSE) { // a URL already
+            *text = std::move(stored);
+            return S_OK;
+        }
+        if (hr == S_OK) *text = std::move(converted);
+        return hr;
+    });
+}
+
+HRESULT putReferenceText(ObjectFrame& object, const String& text) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        String converted;
+        HRESULT hr = url::pathToUrl(text, &converted);
+        if (FAILED(hr)) return hr;
+        return changed(object, element->put_text(hr == S_FALSE ? text : converted));
+    });
 }
 
 HRESULT getChildText(ObjectFrame& object, const char* child, String* text) noexcept {

@@ -53,6 +53,12 @@ HRESULT putFlag(ObjectFrame& object, const char* name, VARIANT_BOOL value) noexc
 HRESULT getOwnText(ObjectFrame& object, String* text) noexcept;
 HRESULT putOwnText(ObjectFrame& object, const String& text) noexcept;
 
+// File-reference text property: the element's text in the form a document stores for a file (a
+// URL as it stands, a relative path with forward slashes, an absolute path as a file URL),
+// converted again on reading.
+HRESULT getReferenceText(ObjectFrame& object, String* text) noexcept;
+HRESULT putReferenceText(ObjectFrame& object, const String& text) noexcept;
+
 // Child-text property, read: absent child gives S_FALSE and `text` not written.
 HRESULT getChildText(ObjectFrame& object, const char* child, String* text) noexcept;
 // Sets the text of an existing child only: without one, S_FALSE and no event.

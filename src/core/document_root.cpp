@@ -2,6 +2,7 @@
 
 #include <bit>
 
+#include "core/event_firing.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
 #include "platform/url/url.h"
@@ -22,6 +23,21 @@ HRESULT DocumentRoot::readRootAttribute(const char* name, String* value) noexcep
         String read;
         if ((hr = root->getAttribute(name, &read)) == S_OK) *value = std::move(read);
         return hr;
+    });
+}
+
+HRESULT DocumentRoot::writeLanguage(const String& language) noexcept {
+    return guarded([&] {
+        if (!isLanguageCode(language)) return report(123);
+        Ref<IXMLDOMElement> root;
+        HRESULT hr = requireElement(&root);
+        if (hr != S_OK) return hr;
+        if ((hr = root->setAttribute("xml:lang", language)) != S_OK) return hr;
+        if (classInfo().type.events == EventSide::Catalog)
+            fireObjectEvent(qvrEventObjectChanged, self(), self(), Variant());
+        else
+            fireObjectEventTable(qvrEventObjectChanged, self(), self(), Variant());
+        return S_OK;
     });
 }
 

@@ -24,6 +24,9 @@ public:
 protected:
     // An attribute of the root element: absent gives S_FALSE and leaves `value` alone.
     HRESULT readRootAttribute(const char* name, String* value) noexcept;
+    // The root's language: two lower-case letters (else "This is not a valid ISO 639 language
+    // code."), written to `xml:lang`; the change climbs to the sinks like an object's.
+    HRESULT writeLanguage(const String& language) noexcept;
     // Makes a document when there is none; a failure reports `message` under the failing status.
     HRESULT ensureDocument(std::uint32_t message);
     // The end of a load that did not parse: the parse error's text, reported under `status`.

@@ -3,6 +3,11 @@
 #include "content/chapter.h"
 #include "content/part.h"
 #include "core/object_types.h"
+#include "tables/info_cell.h"
+#include "tables/recipe.h"
+#include "tables/table_cell.h"
+#include "tables/table_column.h"
+#include "tables/unique_column.h"
 
 namespace qvr {
 namespace {
@@ -31,8 +36,8 @@ constexpr TagRow tagTable[] = {
     {"XRefFiles", qvrReferencedFiles, nullptr},
     {"ColumnView", qvrView, nullptr},
     {"Drawing", qvrDrawing, nullptr},
-    {"Row", qvrCell, nullptr},
-    {"Column", qvrTableColumn, nullptr},
+    {"Row", qvrCell, &createWrapper<CQVRTableCell>},
+    {"Column", qvrTableColumn, &createWrapper<CQVRTableColumn>},
     {"ColumnConstView", qvrConstView, nullptr},
     {"ColumnConst", qvrConstColumn, nullptr},
     {"ColumnCalc", qvrCalculatedColumn, nullptr},
@@ -52,11 +57,11 @@ constexpr TagRow tagTable[] = {
     {"ECommerceCenterID", qvrECommerceCenterID, nullptr},
     {"ECommerceCenterIDs", qvrECommerceCenterIDs, nullptr},
     {"Supplier", qvrSupplier, nullptr},
-    {"ColumnUnique", qvrUniqueColumn, nullptr},
-    {"RowUnique", qvrInfoCell, nullptr},
+    {"ColumnUnique", qvrUniqueColumn, &createWrapper<CQVRTableUniqueColumn>},
+    {"RowUnique", qvrInfoCell, &createWrapper<CQVRTableInfoCell>},
     {"Extrinsics", qvrExtrinsics, nullptr},
     {"Extrinsic", qvrExtrinsic, nullptr},
-    {"Recipe", qvrRecipe, nullptr},
+    {"Recipe", qvrRecipe, &createWrapper<CQVRTableRecipe>},
     {"ColumnRef", qvrRefColumn, nullptr},
     {"RowRef", qvrRefCell, nullptr},
 };

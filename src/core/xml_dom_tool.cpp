@@ -128,7 +128,14 @@ HRESULT CXMLDOMTool::replaceSingleton(std::uint32_t catalogCookie, IQVRCatalogOb
     Ref<IQVRCatalogObject> catalog;
     HRESULT hr = readCookie(catalogCookie, &catalog);
     if (hr != S_OK) return hr;
+    return replaceSingletonDirect(catalog, parent, xpath, newChild, oldChild);
+}
+
+HRESULT CXMLDOMTool::replaceSingletonDirect(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                                            const String& xpath, IQVRCatalogObject* newChild,
+                                            Ref<IQVRCatalogObject>* oldChild) {
     if (!catalog || !newChild || !oldChild) return E_POINTER;
+    HRESULT hr;
     *oldChild = nullptr;
     if (!node_) return E_FAIL;
     Ref<IXMLDOMNode> node, old;
@@ -149,26 +156,37 @@ HRESULT CXMLDOMTool::replaceSingleton(std::uint32_t catalogCookie, IQVRCatalogOb
 HRESULT CXMLDOMTool::insertSingletonAfter(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
                                           const String& xpath, IQVRCatalogObject* newChild,
                                           Ref<IQVRCatalogObject>* inserted) {
-    return placeSingleton(catalogCookie, parent, &xpath, newChild, inserted);
+    Ref<IQVRCatalogObject> catalog;
+    HRESULT hr = readCookie(catalogCookie, &catalog);
+    if (hr != S_OK) return hr;
+    return placeSingleton(catalog, parent, &xpath, newChild, inserted);
+}
+
+HRESULT CXMLDOMTool::insertSingletonAfterDirect(IQVRCatalogObject* catalog,
+                                                IQVRCatalogObject* parent, const String& xpath,
+                                                IQVRCatalogObject* newChild,
+                                                Ref<IQVRCatalogObject>* inserted) {
+    return placeSingleton(catalog, parent, &xpath, newChild, inserted);
 }
 
 HRESULT CXMLDOMTool::insertSingletonFirst(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
                                           IQVRCatalogObject* newChild,
                                           Ref<IQVRCatalogObject>* inserted) {
-    return placeSingleton(catalogCookie, parent, nullptr, newChild, inserted);
-}
-
-HRESULT CXMLDOMTool::placeSingleton(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
-                                    const String* predecessor, IQVRCatalogObject* newChild,
-                                    Ref<IQVRCatalogObject>* inserted) {
     Ref<IQVRCatalogObject> catalog;
     HRESULT hr = readCookie(catalogCookie, &catalog);
     if (hr != S_OK) return hr;
+    return placeSingleton(catalog, parent, nullptr, newChild, inserted);
+}
+
+HRESULT CXMLDOMTool::placeSingleton(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                                    const String* predecessor, IQVRCatalogObject* newChild,
+                                    Ref<IQVRCatalogObject>* inserted) {
     if (!catalog || !parent || !newChild || !inserted) return E_POINTER;
     *inserted = nullptr;
     if (!node_) return E_FAIL;
     Ref<IXMLDOMNode> node, found, reference;
-    if (FAILED(hr = insertableNode(newChild, &node))) return hr;
+    HRESULT hr = insertableNode(newChild, &node);
+    if (FAILED(hr)) return hr;
     // Behind the predecessor (which may be last: append), or first when there is none.
     if (predecessor && node_->selectSingleNode(*predecessor, &found) == S_OK)
         found->get_nextSibling(&reference);
@@ -374,30 +392,6 @@ HRESULT CXMLDOMTool::createObjectFromCookie(std::uint32_t catalogCookie, IQVRCat
     HRESULT hr = readCookie(catalogCookie, &catalog);
     if (hr != S_OK) return hr;
     return createObject(catalog, parent, object);
-}
-
-// --- Rows of a table ---------------------------------------------------------------------------
-
-HRESULT CXMLDOMTool::findRowByValue(const String&, Ref<IXMLDOMElement>*) {
-    return E_NOTIMPL;
-}
-HRESULT CXMLDOMTool::findRowById(const String&, Ref<IXMLDOMElement>*) {
-    return E_NOTIMPL;
-}
-HRESULT CXMLDOMTool::findRowByIndex(std::int32_t, Ref<IXMLDOMElement>*) {
-    return E_NOTIMPL;
-}
-HRESULT CXMLDOMTool::selectIdRefs(std::int32_t*, Ref<IXMLDOMNodeList>*) {
-    return E_NOTIMPL;
-}
-HRESULT CXMLDOMTool::addRowForCell(IQVRCatalogObject*, IQVRCatalogObject*) {
-    return E_NOTIMPL;
-}
-HRESULT CXMLDOMTool::removeRowForCell(IQVRCatalogObject*) {
-    return E_NOTIMPL;
-}
-HRESULT CXMLDOMTool::fireRowEvent(IQVRCatalogObject*, const Variant&, std::int32_t) {
-    return E_NOTIMPL;
 }
 
 // --- Nodes of another process ------------------------------------------------------------------

@@ -53,10 +53,16 @@ public:
     HRESULT replaceSingleton(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
                              const String& xpath, IQVRCatalogObject* newChild,
                              Ref<IQVRCatalogObject>* oldChild);
+    HRESULT replaceSingletonDirect(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                                   const String& xpath, IQVRCatalogObject* newChild,
+                                   Ref<IQVRCatalogObject>* oldChild);
     // Inserts `newChild` right behind the child that `xpath` selects, or first if none is.
     HRESULT insertSingletonAfter(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
                                  const String& xpath, IQVRCatalogObject* newChild,
                                  Ref<IQVRCatalogObject>* inserted);
+    HRESULT insertSingletonAfterDirect(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                                       const String& xpath, IQVRCatalogObject* newChild,
+                                       Ref<IQVRCatalogObject>* inserted);
     HRESULT insertSingletonFirst(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
                                  IQVRCatalogObject* newChild, Ref<IQVRCatalogObject>* inserted);
     // A new live list of wrappers of the nodes that `xpath` selects, owned by `owner`.
@@ -90,14 +96,26 @@ public:
     HRESULT createObjectFromCookie(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
                                    Ref<IQVRCatalogObject>* object);
 
-    // --- Rows of a table (they arrive with the table's rows; E_NOTIMPL until then) -------------
+    // --- Rows of a table (xml_dom_tool_rows.cpp) ---------------------------------------------
+    // The tool stands on an element of a table; the selections go to its document, in shapes
+    // the DOM layer answers from its indexes. S_OK and the row, or S_FALSE and null.
+    // A row by its key text.
     HRESULT findRowByValue(const String& key, Ref<IXMLDOMElement>* row);
+    // A row by its `id`.
     HRESULT findRowById(const String& id, Ref<IXMLDOMElement>* row);
-    // `index` counts from 0; the selection written counts from 1.
+    // A row by its place: `index` counts from 0; the selection written counts from 1.
     HRESULT findRowByIndex(std::int32_t index, Ref<IXMLDOMElement>* row);
+    // The cells in all columns whose `idref` is the `id` of the tool's node (a row).
     HRESULT selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cells);
+    // The tool stands on the column that has just received `cell`: the cell gets the id of the
+    // row of its key, which is made (behind the row of the cell's next sibling) when there is
+    // none. QVR_E_DUPLICATE when the column already has a cell for that row.
     HRESULT addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* cell);
+    // Before `cell` leaves its column: its row goes with it when it is the row's last cell.
+    // S_FALSE when the cell's row is not found.
     HRESULT removeRowForCell(IQVRCatalogObject* cell);
+    // Tells `table`'s root that the tool's row came (before the row `position`) or went: the
+    // unique column is the source, a wrapper of the row the subject.
     HRESULT fireRowEvent(IQVRCatalogObject* table, const Variant& position, std::int32_t event);
 
     // --- Nodes of another process ----------------------------------------------------------
@@ -117,7 +135,7 @@ public:
 
 private:
     // The road of both single-child insertions: behind `predecessor`'s selection, or first.
-    HRESULT placeSingleton(std::uint32_t catalogCookie, IQVRCatalogObject* parent,
+    HRESULT placeSingleton(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
                            const String* predecessor, IQVRCatalogObject* newChild,
                            Ref<IQVRCatalogObject>* inserted);
     // The node to insert for `child`: its own, or the copy of a foreign one.

@@ -99,6 +99,8 @@ public:
     HRESULT answer = S_OK;
     bool throws = false;
     std::function<void()> whenCalled;
+    // How a subject is written down; by default its name, or its type number without one.
+    std::function<std::string(IQVRCatalogObject*)> describeWith;
 
     std::uint32_t AddRef() override { return ++refs_; }
     std::uint32_t Release() override {
@@ -124,7 +126,8 @@ public:
     }
 
 private:
-    static std::string describe(IQVRCatalogObject* object) {
+    std::string describe(IQVRCatalogObject* object) const {
+        if (describeWith) return describeWith(object);
         std::string name = nameOf(object);
         if (!name.empty() || !object) return name;
         QVRObjectType type;
@@ -140,13 +143,14 @@ private:
     std::uint32_t refs_ = 0;
 };
 
-// A recording sink advised at `catalog` for the life of the object.
-class Listener {
+// A recording sink advised at a root (a catalog, or a table) for the life of the object.
+template <class Root>
+class RootListener {
 public:
-    explicit Listener(IQVRCatalog* catalog) : catalog_(catalog), sink_(new RecordingSink) {
+    explicit RootListener(Root* catalog) : catalog_(catalog), sink_(new RecordingSink) {
         EXPECT_EQ(catalog_->advise(sink_, &cookie_), S_OK);
     }
-    ~Listener() { catalog_->unadvise(cookie_); }
+    ~RootListener() { catalog_->unadvise(cookie_); }
     RecordingSink& sink() { return *sink_; }
     // What was heard since the last call, joined by " | ".
     std::string take() {
@@ -157,9 +161,11 @@ public:
     }
 
 private:
-    Ref<IQVRCatalog> catalog_;
+    Ref<Root> catalog_;
     Ref<RecordingSink> sink_;
     std::uint32_t cookie_ = 0;
 };
+
+using Listener = RootListener<IQVRCatalog>;
 
 } // namespace qvr::testing

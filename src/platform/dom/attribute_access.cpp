@@ -1,4 +1,5 @@
 #include "platform/dom/attribute_access.h"
+#include "platform/dom/xml_text.h"
 
 #include <string>
 
@@ -17,10 +18,6 @@ constexpr KnownNamespace kKnownNamespaces[] = {
 
 // Attributes the lookup tables follow.
 constexpr const char* kTrackedNames[] = {"id", "idref"};
-
-const xmlChar* bytes(std::string_view text) {
-    return reinterpret_cast<const xmlChar*>(text.data());
-}
 
 bool equals(const xmlChar* a, std::string_view b) {
     return a && std::string_view(reinterpret_cast<const char*>(a)) == b;
@@ -52,13 +49,6 @@ const xmlChar* resolve(xmlNodePtr element, const std::string& prefix) {
     if (prefix == "xml") return XML_XML_NAMESPACE;
     if (xmlNsPtr ns = xmlSearchNs(element->doc, element, bytes(prefix))) return ns->href;
     return bytes(knownUri(prefix) ? knownUri(prefix) : "");
-}
-
-String takeString(xmlChar* text) {
-    if (!text) return String("");
-    String result(reinterpret_cast<const char*>(text));
-    xmlFree(text);
-    return result;
 }
 
 std::string qualifiedName(xmlAttrPtr attribute) {

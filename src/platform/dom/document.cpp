@@ -1,4 +1,5 @@
 #include "platform/dom/document.h"
+#include "platform/dom/xml_text.h"
 
 #include <libxml/parser.h>
 #include <libxml/valid.h>
@@ -11,10 +12,6 @@
 
 namespace qvr::dom {
 namespace {
-
-const xmlChar* bytes(const String& s) {
-    return reinterpret_cast<const xmlChar*>(s.c_str());
-}
 
 void initialiseLibrary() {
     static const bool done = [] {
@@ -148,6 +145,10 @@ HRESULT Document::parseInto(std::string_view text, const String& url, VARIANT_BO
     ParseErrorRecord error;
     xmlDocPtr parsed = DocumentIO::parse(text, url, &error);
     if (!parsed) return failLoad(std::move(error), ok);
+    return takeTree(parsed, url, ok);
+}
+
+HRESULT Document::takeTree(xmlDocPtr parsed, const String& url, VARIANT_BOOL* ok) {
     replaceTree(parsed);
     lastError_ = ParseErrorRecord{};
     url_ = url;
@@ -164,12 +165,10 @@ HRESULT Document::load(const Variant& source, VARIANT_BOOL* ok) {
         if (located == E_ACCESSDENIED)
             return failLoad(DocumentIO::unreadable(E_ACCESSDENIED, source.str()), ok);
         if (FAILED(located)) return located;
-        String url;
-        if (FAILED(url::urlFromPath(path, &url))) url = String(path);
-        std::string text;
         ParseErrorRecord error;
-        if (!DocumentIO::readFile(path, &text, &error)) return failLoad(std::move(error), ok);
-        return parseInto(text, url, ok);
+        xmlDocPtr parsed = DocumentIO::parseFile(path, &error);
+        if (!parsed) return failLoad(std::move(error), ok);
+        return takeTree(parsed, error.url, ok);
     });
 }
 

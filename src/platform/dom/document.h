@@ -37,6 +37,8 @@ private:
     // Loads `text`; on failure the document is left empty and the record tells why.
     HRESULT parseInto(std::string_view text, const String& url, VARIANT_BOOL* ok);
     HRESULT failLoad(ParseErrorRecord record, VARIANT_BOOL* ok);
+    // Makes a parsed document the document's tree.
+    HRESULT takeTree(xmlDocPtr parsed, const String& url, VARIANT_BOOL* ok);
     HRESULT handOutNew(xmlNodePtr node, Ref<IXMLDOMNode>* out);
 
     String url_;

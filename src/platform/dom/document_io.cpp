@@ -161,6 +161,41 @@ private:
     std::vector<Entry> aside_;
 };
 
+// Feeds the parser from a file descriptor, keeping the cause of a failed read.
+struct FileReader {
+    int fd = -1;
+    int error = 0;
+
+    FileReader() = default;
+    FileReader(const FileReader&) = delete;
+    FileReader& operator=(const FileReader&) = delete;
+    ~FileReader() {
+        if (fd >= 0) ::close(fd);
+    }
+
+    bool open(const std::string& path) {
+        fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        struct stat info {};
+        if (fd < 0 || ::fstat(fd, &info) != 0)
+            error = errno;
+        else if (S_ISDIR(info.st_mode))
+            error = EISDIR;
+        return error == 0;
+    }
+    static int read(void* self, char* buffer, int length) {
+        auto* reader = static_cast<FileReader*>(self);
+        for (;;) {
+            const ssize_t got = ::read(reader->fd, buffer, static_cast<std::size_t>(length));
+            if (got >= 0) return static_cast<int>(got);
+            if (errno != EINTR) {
+                reader->error = errno;
+                return -1;
+            }
+        }
+    }
+    static int close(void*) { return 0; }
+};
+
 HRESULT statusOfErrno() {
     return failureOf(errno).status;
 }
@@ -204,10 +239,12 @@ bool DocumentIO::readFile(const std::string& path, std::string* bytes, ParseErro
         *error = unreadable(failureOf(cause).status, url);
         return false;
     }
-    bytes->clear();
-    char buffer[1 << 16];
+    // One allocation of the file's size; a file that grows meanwhile is read to its end.
+    bytes->assign(static_cast<std::size_t>(info.st_size), '\0');
+    std::size_t filled = 0;
     for (;;) {
-        const ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (filled == bytes->size()) bytes->resize(bytes->size() + (1 << 16));
+        const ssize_t got = ::read(fd, bytes->data() + filled, bytes->size() - filled);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) {
             const int cause = errno;
@@ -216,8 +253,9 @@ bool DocumentIO::readFile(const std::string& path, std::string* bytes, ParseErro
             return false;
         }
         if (got == 0) break;
-        bytes->append(buffer, static_cast<std::size_t>(got));
+        filled += static_cast<std::size_t>(got);
     }
+    bytes->resize(filled);
     ::close(fd);
     return true;
 }
@@ -231,23 +269,60 @@ xmlDocPtr DocumentIO::parse(std::string_view text, const String& url, ParseError
         return nullptr;
     }
     QuietErrors quiet;
-    xmlDocPtr doc = nullptr;
-    bool wellFormed = false;
     if (!text.empty()) {
+        // (libxml2's static input buffer would spare the copy the memory parser makes, but it
+        // breaks on large inputs in the libxml2 we build against.)
         xmlParserCtxtPtr context =
             xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()));
         if (!context) throw std::bad_alloc();
-        xmlCtxtUseOptions(context, kParseOptions);
-        // No registration of ID attributes: the layer keeps its own tables, and libxml2's would
-        // keep pointers to attributes that the layer changes and frees.
-        context->loadsubset |= XML_SKIP_IDS;
-        xmlParseDocument(context);
-        doc = context->myDoc;
-        wellFormed = context->wellFormed != 0 && doc;
-        xmlFreeParserCtxt(context);
+        if (xmlDocPtr doc = runParser(context)) return doc;
     }
+    describe(quiet, text, error);
+    return nullptr;
+}
+
+xmlDocPtr DocumentIO::parseFile(const std::string& path, ParseErrorRecord* error) {
+    *error = ParseErrorRecord{};
+    error->url = urlOfPath(path);
+    FileReader reader;
+    if (!reader.open(path)) {
+        *error = unreadable(failureOf(reader.error).status, error->url);
+        return nullptr;
+    }
+    QuietErrors quiet;
+    // Streamed from the file as libxml2 reads files itself; the file is read again only to
+    // show the line of an error.
+    xmlParserCtxtPtr context = xmlCreateIOParserCtxt(
+        nullptr, nullptr, &FileReader::read, &FileReader::close, &reader, XML_CHAR_ENCODING_NONE);
+    if (!context) throw std::bad_alloc();
+    if (xmlDocPtr doc = runParser(context)) return doc;
+    if (reader.error) {
+        *error = unreadable(failureOf(reader.error).status, error->url);
+        return nullptr;
+    }
+    std::string text;
+    ParseErrorRecord unread;
+    readFile(path, &text, &unread);
+    describe(quiet, text, error);
+    return nullptr;
+}
+
+xmlDocPtr DocumentIO::runParser(xmlParserCtxtPtr context) {
+    xmlCtxtUseOptions(context, kParseOptions);
+    // No registration of ID attributes: the layer keeps its own tables, and libxml2's would
+    // keep pointers to attributes that the layer changes and frees.
+    context->loadsubset |= XML_SKIP_IDS;
+    xmlParseDocument(context);
+    xmlDocPtr doc = context->myDoc;
+    const bool wellFormed = context->wellFormed != 0 && doc;
+    xmlFreeParserCtxt(context);
     if (wellFormed) return doc;
     if (doc) xmlFreeDoc(doc);
+    return nullptr;
+}
+
+void DocumentIO::describe(const QuietErrors& quiet, std::string_view text,
+                          ParseErrorRecord* error) {
     CapturedError captured;
     if (const CapturedError* first = quiet.first())
         captured = *first;
@@ -259,7 +334,6 @@ xmlDocPtr DocumentIO::parse(std::string_view text, const String& url, ParseError
     error->line = captured.line;
     error->linepos = captured.column;
     locate(text, captured.line, captured.column, error);
-    return nullptr;
 }
 
 std::string DocumentIO::savedForm(xmlDocPtr doc) {

@@ -7,11 +7,13 @@
 #include <string>
 #include <string_view>
 
+#include <libxml/parser.h>
 #include <libxml/tree.h>
 
 #include <qvr/variant.h>
 
 #include "platform/dom/parse_error.h"
+#include "platform/dom/quiet_errors.h"
 
 namespace qvr::dom {
 
@@ -24,10 +26,11 @@ public:
     // The failure record of a source that cannot be read at all.
     static ParseErrorRecord unreadable(HRESULT status, const String& url);
 
-    // Reads a whole file; false with the record filled on failure.
-    static bool readFile(const std::string& path, std::string* bytes, ParseErrorRecord* error);
     // Parses `text`; null with the record filled on failure.
     static xmlDocPtr parse(std::string_view text, const String& url, ParseErrorRecord* error);
+    // Parses the file at `path`; null with the record filled on failure (also when the file
+    // cannot be read).
+    static xmlDocPtr parseFile(const std::string& path, ParseErrorRecord* error);
 
     // The document as it is saved: declaration with encoding, indented, UTF-8.
     static std::string savedForm(xmlDocPtr doc);
@@ -38,6 +41,11 @@ public:
 
     // Writes `bytes` to a temporary file beside `path`, then renames it over `path`.
     static HRESULT writeReplacing(const std::string& path, std::string_view bytes);
+
+private:
+    static bool readFile(const std::string& path, std::string* bytes, ParseErrorRecord* error);
+    static xmlDocPtr runParser(xmlParserCtxtPtr context);
+    static void describe(const QuietErrors& quiet, std::string_view text, ParseErrorRecord* error);
 };
 
 } // namespace qvr::dom

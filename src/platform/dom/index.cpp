@@ -1,4 +1,5 @@
 #include "platform/dom/index.h"
+#include "platform/dom/xml_text.h"
 
 #include <algorithm>
 
@@ -10,20 +11,32 @@ namespace {
 constexpr const char* kIdName = "id";
 constexpr const char* kIdrefName = "idref";
 
-bool isPlainElement(xmlNodePtr node, const char* name) {
-    return node && node->type == XML_ELEMENT_NODE && !node->ns &&
-           xmlStrEqual(node->name, reinterpret_cast<const xmlChar*>(name));
-}
-
-std::string contentOf(xmlNodePtr node) {
+// The text of a node (an attribute's value, a row's key). Read in place when it is one text node,
+// the usual case; else assembled in `scratch` as XPath would.
+std::string_view textOf(xmlNodePtr node, std::string& scratch) {
+    xmlNodePtr only = node->children;
+    if (only && !only->next && only->type == XML_TEXT_NODE && only->content)
+        return reinterpret_cast<const char*>(only->content);
     xmlChar* content = xmlNodeGetContent(node);
-    std::string result = content ? reinterpret_cast<const char*>(content) : "";
+    scratch = content ? reinterpret_cast<const char*>(content) : "";
     xmlFree(content);
-    return result;
+    return scratch;
 }
 
-void erase(std::unordered_map<std::string, std::vector<xmlNodePtr>>& table, const std::string& key,
-           xmlNodePtr node) {
+std::string_view valueOf(xmlAttrPtr attribute, std::string& scratch) {
+    return textOf(reinterpret_cast<xmlNodePtr>(attribute), scratch);
+}
+
+template <class Table>
+void add(Table& table, std::string_view key, xmlNodePtr node) {
+    auto found = table.find(key);
+    if (found == table.end())
+        found = table.emplace(std::string(key), std::vector<xmlNodePtr>()).first;
+    found->second.push_back(node);
+}
+
+template <class Table>
+void erase(Table& table, std::string_view key, xmlNodePtr node) {
     auto found = table.find(key);
     if (found == table.end()) return;
     auto& nodes = found->second;
@@ -35,9 +48,8 @@ void erase(std::unordered_map<std::string, std::vector<xmlNodePtr>>& table, cons
     if (nodes.empty()) table.erase(found);
 }
 
-const std::vector<xmlNodePtr>&
-lookUp(const std::unordered_map<std::string, std::vector<xmlNodePtr>>& table,
-       const std::string& key) {
+template <class Table>
+const std::vector<xmlNodePtr>& lookUp(const Table& table, std::string_view key) {
     static const std::vector<xmlNodePtr> none;
     auto found = table.find(key);
     return found == table.end() ? none : found->second;
@@ -122,9 +134,10 @@ void Index::attributeChanging(xmlNodePtr element, const xmlChar* name) {
     if (!attributesBuilt_ || !inTree(element)) return;
     guard([&] {
         Table& table = xmlStrEqual(name, BAD_CAST kIdName) ? byId_ : byIdref_;
+        std::string scratch;
         for (xmlAttrPtr attr = element->properties; attr; attr = attr->next)
             if (!attr->ns && xmlStrEqual(attr->name, name))
-                erase(table, contentOf(reinterpret_cast<xmlNodePtr>(attr)), element);
+                erase(table, valueOf(attr, scratch), element);
     });
 }
 
@@ -132,23 +145,24 @@ void Index::attributeChanged(xmlNodePtr element, const xmlChar* name) {
     if (!attributesBuilt_ || !inTree(element)) return;
     guard([&] {
         Table& table = xmlStrEqual(name, BAD_CAST kIdName) ? byId_ : byIdref_;
+        std::string scratch;
         for (xmlAttrPtr attr = element->properties; attr; attr = attr->next)
             if (!attr->ns && xmlStrEqual(attr->name, name))
-                table[contentOf(reinterpret_cast<xmlNodePtr>(attr))].push_back(element);
+                add(table, valueOf(attr, scratch), element);
     });
 }
 
-const std::vector<xmlNodePtr>& Index::withId(const std::string& value) {
+const std::vector<xmlNodePtr>& Index::withId(std::string_view value) {
     buildAttributes();
     return lookUp(byId_, value);
 }
 
-const std::vector<xmlNodePtr>& Index::withIdref(const std::string& value) {
+const std::vector<xmlNodePtr>& Index::withIdref(std::string_view value) {
     buildAttributes();
     return lookUp(byIdref_, value);
 }
 
-const std::vector<xmlNodePtr>& Index::rowsWithKey(const std::string& key) {
+const std::vector<xmlNodePtr>& Index::rowsWithKey(std::string_view key) {
     buildRows();
     return lookUp(rowsByKey_, key);
 }
@@ -188,30 +202,33 @@ void Index::buildRows() {
 }
 
 void Index::addAttributes(xmlNodePtr element) {
+    std::string scratch;
     for (xmlAttrPtr attr = element->properties; attr; attr = attr->next) {
         if (attr->ns) continue;
         if (xmlStrEqual(attr->name, BAD_CAST kIdName))
-            byId_[contentOf(reinterpret_cast<xmlNodePtr>(attr))].push_back(element);
+            add(byId_, valueOf(attr, scratch), element);
         else if (xmlStrEqual(attr->name, BAD_CAST kIdrefName))
-            byIdref_[contentOf(reinterpret_cast<xmlNodePtr>(attr))].push_back(element);
+            add(byIdref_, valueOf(attr, scratch), element);
     }
 }
 
 void Index::removeAttributes(xmlNodePtr element) {
+    std::string scratch;
     for (xmlAttrPtr attr = element->properties; attr; attr = attr->next) {
         if (attr->ns) continue;
         if (xmlStrEqual(attr->name, BAD_CAST kIdName))
-            erase(byId_, contentOf(reinterpret_cast<xmlNodePtr>(attr)), element);
+            erase(byId_, valueOf(attr, scratch), element);
         else if (xmlStrEqual(attr->name, BAD_CAST kIdrefName))
-            erase(byIdref_, contentOf(reinterpret_cast<xmlNodePtr>(attr)), element);
+            erase(byIdref_, valueOf(attr, scratch), element);
     }
 }
 
 void Index::addRow(xmlNodePtr row) {
     if (keyOfRow_.count(row)) return;
-    std::string key = contentOf(row);
-    rowsByKey_[key].push_back(row);
-    keyOfRow_.emplace(row, std::move(key));
+    std::string scratch;
+    const std::string_view key = textOf(row, scratch);
+    add(rowsByKey_, key, row);
+    keyOfRow_.emplace(row, std::string(key));
 }
 
 void Index::removeRow(xmlNodePtr row) {

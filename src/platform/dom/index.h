@@ -6,7 +6,9 @@
 // changes.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -31,10 +33,10 @@ public:
     void attributeChanged(xmlNodePtr element, const xmlChar* name);
 
     // Elements in the tree whose `id` (or `idref`) is `value`, in no particular order.
-    const std::vector<xmlNodePtr>& withId(const std::string& value);
-    const std::vector<xmlNodePtr>& withIdref(const std::string& value);
+    const std::vector<xmlNodePtr>& withId(std::string_view value);
+    const std::vector<xmlNodePtr>& withIdref(std::string_view value);
     // Table rows (`/vCATTable/ColumnUnique/RowUnique`) whose text is `key`, in no particular order.
-    const std::vector<xmlNodePtr>& rowsWithKey(const std::string& key);
+    const std::vector<xmlNodePtr>& rowsWithKey(std::string_view key);
 
     // True when `node` stands in the document's tree (its top is the document node).
     static bool inTree(xmlNodePtr node);
@@ -43,7 +45,15 @@ public:
     static bool isTableRow(xmlNodePtr element);
 
 private:
-    using Table = std::unordered_map<std::string, std::vector<xmlNodePtr>>;
+    struct TextHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const noexcept {
+            return std::hash<std::string_view>()(text);
+        }
+    };
+    // Looked up by string_view, without making a string.
+    using Table =
+        std::unordered_map<std::string, std::vector<xmlNodePtr>, TextHash, std::equal_to<>>;
 
     void reset() noexcept;
     template <class Change>

@@ -1,4 +1,5 @@
 #include "platform/dom/indexed_selection.h"
+#include "platform/dom/xml_text.h"
 
 #include <algorithm>
 #include <atomic>
@@ -50,15 +51,6 @@ constexpr ShapeForm kShapeForms[] = {
 
 // Positions with more digits are left to XPath.
 constexpr std::size_t kMaxPositionDigits = 9;
-
-bool isPlainElement(xmlNodePtr node, const char* name) {
-    return node && node->type == XML_ELEMENT_NODE && !node->ns &&
-           xmlStrEqual(node->name, reinterpret_cast<const xmlChar*>(name));
-}
-
-bool isDocument(xmlNodePtr node) {
-    return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE;
-}
 
 bool isStrictDescendant(xmlNodePtr node, xmlNodePtr ancestor) {
     for (xmlNodePtr p = node->parent; p; p = p->parent)
@@ -147,7 +139,7 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
     if (relative && !Index::inTree(context)) return false;
 
     Index& index = Tree::of(context)->index();
-    const std::string value(text);
+    const std::string_view value = text;
     nodes->clear();
     ++answered;
     switch (form->shape) {
@@ -183,7 +175,9 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
             index.withIdref(value), [&](xmlNodePtr e) { return e->parent == context; }, firstOnly,
             nodes);
         return true;
-    case Shape::TableRowAt: rowsAt(context->doc, std::stoul(value), firstOnly, nodes); return true;
+    case Shape::TableRowAt:
+        rowsAt(context->doc, std::stoul(std::string(value)), firstOnly, nodes);
+        return true;
     }
     return false;
 }

@@ -1,4 +1,5 @@
 #include "platform/dom/node_base.h"
+#include "platform/dom/xml_text.h"
 
 #include "platform/com/failure.h"
 #include "platform/dom/document.h"
@@ -42,32 +43,16 @@ const NodeKind& kindOf(xmlNodePtr node) {
     return unknown;
 }
 
-const char* text(const xmlChar* s) {
-    return s ? reinterpret_cast<const char*>(s) : "";
-}
-
 String nameOf(xmlNodePtr node) {
     const NodeKind& kind = kindOf(node);
     if (kind.fixedName) return String(kind.fixedName);
     std::string name;
     if ((node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) && node->ns &&
         node->ns->prefix) {
-        name = text(node->ns->prefix);
+        name = chars(node->ns->prefix);
         name += ':';
     }
-    return String(name + text(node->name));
-}
-
-String contentOf(xmlNodePtr node) {
-    xmlChar* content = xmlNodeGetContent(node);
-    if (!content) return String("");
-    String result(text(content));
-    xmlFree(content);
-    return result;
-}
-
-bool isDocument(xmlNodePtr node) {
-    return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE;
+    return String(name + chars(node->name));
 }
 
 // Children the layer shows: those of elements and of the document. The children of an entity

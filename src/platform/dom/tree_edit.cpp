@@ -1,4 +1,5 @@
 #include "platform/dom/tree_edit.h"
+#include "platform/dom/xml_text.h"
 
 #include <memory>
 
@@ -12,10 +13,6 @@ namespace {
 
 // libxml2 keeps the name of this option of xmlDOMWrapReconcileNamespaces private.
 constexpr int kRemoveRedundantNamespaces = 1;
-
-bool isDocument(xmlNodePtr node) {
-    return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE;
-}
 
 // Which nodes may stand below which: text and references only in elements, a document holds
 // elements, comments and processing instructions.
@@ -42,6 +39,18 @@ xmlNodePtr rootElement(xmlNodePtr document) {
     for (xmlNodePtr child = document->children; child; child = child->next)
         if (child->type == XML_ELEMENT_NODE) return child;
     return nullptr;
+}
+
+// Whether a subtree refers to or declares namespaces; most rows and cells do neither, and then
+// there is nothing to reconcile.
+bool usesNamespaces(xmlNodePtr top) {
+    return walkSubtreeWithAttributes(
+        top, [](xmlNodePtr n) { return n->ns || (n->type == XML_ELEMENT_NODE && n->nsDef); });
+}
+
+void reconcileNamespaces(xmlNodePtr node, int options) {
+    if (node->type == XML_ELEMENT_NODE && usesNamespaces(node))
+        xmlDOMWrapReconcileNamespaces(nullptr, node, options);
 }
 
 bool isChildOf(xmlNodePtr node, xmlNodePtr parent) {
@@ -158,11 +167,17 @@ xmlNodePtr TreeEdit::copy(xmlNodePtr node, bool deep) {
     default: return nullptr;
     }
     if (!result) return nullptr;
-    walkSubtreeWithAttributes(result, [](xmlNodePtr n) {
+    xmlDictPtr dict = node->doc->dict;
+    walkSubtreeWithAttributes(result, [&](xmlNodePtr n) {
         n->_private = nullptr;
+        // A copied entity reference takes its name from the document's dictionary, and
+        // libxml2's adoption into another document leaves the names of references alone: the
+        // other document would free a string of this one's dictionary. Give it its own.
+        if (n->type == XML_ENTITY_REF_NODE && dict && xmlDictOwns(dict, n->name) == 1)
+            n->name = xmlStrdup(n->name);
         return false;
     });
-    if (result->type == XML_ELEMENT_NODE) xmlDOMWrapReconcileNamespaces(nullptr, result, 0);
+    reconcileNamespaces(result, 0);
     return result;
 }
 
@@ -183,7 +198,7 @@ void TreeEdit::detach(xmlNodePtr node) {
     xmlUnlinkNode(node);
     index.textChanged(parent);
     // Declarations of the former ancestors must not be referred to from a detached subtree.
-    if (node->type == XML_ELEMENT_NODE) xmlDOMWrapReconcileNamespaces(nullptr, node, 0);
+    reconcileNamespaces(node, 0);
     // The node may have held the last reference into the detached subtree it leaves.
     releaseUnreferenced(parent);
 }
@@ -207,8 +222,7 @@ void TreeEdit::link(xmlNodePtr parent, xmlNodePtr node, xmlNodePtr ref) {
             parent->children = node;
         parent->last = node;
     }
-    if (node->type == XML_ELEMENT_NODE)
-        xmlDOMWrapReconcileNamespaces(nullptr, node, kRemoveRedundantNamespaces);
+    reconcileNamespaces(node, kRemoveRedundantNamespaces);
     Index& index = Tree::of(parent)->index();
     index.inserted(node);
     index.textChanged(parent);

@@ -100,6 +100,28 @@ TEST_F(DomLoadSave, RoundTripKeepsCommentsAndProcessingInstruction) {
     EXPECT_EQ(files, 2u);
 }
 
+TEST_F(DomLoadSave, LargeFilesAreReadWhole) {
+    std::string xml = "<vCATTable><ColumnUnique id='C0'>";
+    for (int i = 0; i < 5000; ++i)
+        xml +=
+            "<RowUnique id='R" + std::to_string(i) + "'>key " + std::to_string(i) + "</RowUnique>";
+    xml += "</ColumnUnique></vCATTable>";
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    ASSERT_EQ(doc_->load(Variant(write("large.xml", xml)), &ok), S_OK);
+    Ref<IXMLDOMNodeList> rows;
+    ASSERT_EQ(doc_->selectNodes("/vCATTable/ColumnUnique/RowUnique", &rows), S_OK);
+    std::int32_t length = 0;
+    rows->get_length(&length);
+    EXPECT_EQ(length, 5000);
+    EXPECT_EQ(textOf(selectOne(doc_, "/vCATTable/ColumnUnique/RowUnique[. = 'key 4999']")),
+              "key 4999");
+    // An error far into a large file is located by reading the file back.
+    xml.insert(xml.size() - 30, "\n<bad attr=1>\n");
+    EXPECT_EQ(doc_->load(Variant(write("large-bad.xml", xml)), &ok), S_FALSE);
+    EXPECT_EQ(parseError().line, 2);
+    EXPECT_EQ(parseError().srcText, "<bad attr=1>");
+}
+
 TEST_F(DomLoadSave, MalformedFileGivesFullErrorRecord) {
     const std::string path = write("bad.xml", "<vCAT>\n  <Chapter>\n  <Part></Chapter>\n</vCAT>\n");
     ASSERT_EQ(doc_->loadXML("<old/>", nullptr), E_POINTER);

@@ -196,6 +196,14 @@ TEST(DomTree, NodesMoveBetweenDocuments) {
               "xlink:href=\"u\" xml:lang=\"de\"><q>t</q></p></s>\n");
     EXPECT_EQ(selectedValues(target, "//*[@xlink:href = 'u'][@xml:lang = 'de']"), "t");
     EXPECT_EQ(rootOf(target)->removeChild(moved, nullptr), S_OK);
+
+    // A copy of a subtree with an entity reference moves too (libxml2 would free a name of the
+    // source's dictionary).
+    auto withEntity = parseXml("<!DOCTYPE r [<!ENTITY e 'text'>]><r><a>&e;</a></r>");
+    Ref<IXMLDOMNode> copy;
+    ASSERT_EQ(selectOne(withEntity, "/r/a")->cloneNode(VARIANT_TRUE, &copy), S_OK);
+    EXPECT_EQ(rootOf(target)->appendChild(copy, nullptr), S_OK);
+    EXPECT_EQ(xmlOf(copy), "<a>&e;</a>");
     EXPECT_EQ(xmlOf(moved), "<p xmlns:xlink=\"http://www.w3.org/1999/xlink\" xlink:href=\"u\" "
                             "xml:lang=\"de\"><q>t</q></p>");
 }

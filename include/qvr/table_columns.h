@@ -1,0 +1,122 @@
+// The columns of a table document. A column is a child of the table root with its description in
+// attributes; the kinds that store a value for each row hold one cell element per row, which
+// names its row by the row's id in `idref`. The unique column (`ColumnUnique`, always first) is
+// the register of the rows: one `RowUnique` per row, whose text is the row's key.
+//
+// Every kind answers the operations of IQVRTableChildObject; the columns proper add those of
+// IQVRTableColumnObject, the views those of IQVRTableViewObject.
+#pragma once
+
+#include <cstdint>
+
+#include <qvr/classification.h>
+#include <qvr/object.h>
+
+namespace qvr {
+
+// The type of a column's values, stored by name in `dataType`.
+enum QVRColumnDataType : std::int32_t {
+    qvrDataTypeString = 0, // "string"
+    qvrDataTypeInt = 1,    // "int"
+    qvrDataTypeFloat = 2,  // "float"
+};
+
+// The side a view shows, stored by name in `viewKey`.
+enum QVRViewKey : std::int32_t {
+    qvrViewFront = 0,
+    qvrViewBack = 1,
+    qvrViewLeft = 2,
+    qvrViewRight = 3,
+    qvrViewTop = 4,
+    qvrViewBottom = 5,
+    qvrView3D = 6,
+    qvrViewUndefined = 7,
+};
+
+// What columns and views share.
+class IQVRTableChildObject : public IQVRCatalogObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableChildObject)
+
+    virtual HRESULT get_desc(String* desc) = 0;
+    // Writes the attribute also for an empty or null text (as "").
+    virtual HRESULT put_desc(const String& desc) = 0;
+    // Sets true first; an absent attribute gives S_FALSE and true.
+    virtual HRESULT get_visible(VARIANT_BOOL* visible) = 0;
+    // Only VARIANT_TRUE (-1) writes "1"; any other value writes "0".
+    virtual HRESULT put_visible(VARIANT_BOOL visible) = 0;
+    // A new `id`; E_INVALIDARG for an empty one, "A child with the same id already exists." when
+    // a sibling has it.
+    virtual HRESULT put_id(const String& id) = 0;
+    virtual HRESULT get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) = 0;
+    virtual HRESULT putref_extrinsics(IQVRCatalogObject* extrinsics) = 0;
+};
+
+// The columns proper: a name for formulas, a data type, a unit and a free text.
+class IQVRTableColumnObject : public IQVRTableChildObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableColumnObject)
+
+    virtual HRESULT get_attrib(String* attrib) = 0;
+    virtual HRESULT put_attrib(const String& attrib) = 0;
+    // A `dataType` that is none of the three names reads as qvrDataTypeString; an absent one
+    // gives S_FALSE and leaves `dataType` alone.
+    virtual HRESULT get_dataType(QVRColumnDataType* dataType) = 0;
+    // Leaves the texts of the cells as they are. E_INVALIDARG for a number that names no type.
+    virtual HRESULT put_dataType(QVRColumnDataType dataType) = 0;
+    virtual HRESULT get_name(String* name) = 0;
+    virtual HRESULT put_name(const String& name) = 0;
+    virtual HRESULT get_unit(String* unit) = 0;
+    virtual HRESULT put_unit(const String& unit) = 0;
+};
+
+// A plain column: one text value for each row that has one, in a `Row` cell.
+class IQVRTableColumn : public IQVRTableColumnObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableColumn)
+};
+
+// The register of the rows. Inserting a row object (IQVRTableInfoCell) makes a row without
+// cells; removing one takes its cells out of every column.
+class IQVRTableUniqueColumn : public IQVRTableColumnObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableUniqueColumn)
+
+    // Moves the row at the one-based index `from` (or the rows of an array of such indexes, which
+    // keep their order) before the row that stands at `to`, together with its cells in every
+    // column.
+    virtual HRESULT moveRows(const Variant& from, const Variant& to) = 0;
+};
+
+// The kinds of column that arrive with their own operations later.
+class IQVRTableConstColumn : public IQVRTableColumnObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableConstColumn)
+};
+
+class IQVRTableCalculatedColumn : public IQVRTableColumnObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableCalculatedColumn)
+};
+
+class IQVRTableRefColumn : public IQVRTableColumnObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableRefColumn)
+};
+
+class IQVRTableViewObject : public IQVRTableChildObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableViewObject)
+};
+
+class IQVRTableView : public IQVRTableViewObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableView)
+};
+
+class IQVRTableConstView : public IQVRTableViewObject {
+public:
+    QVR_INTERFACE_ID(IQVRTableConstView)
+};
+
+} // namespace qvr

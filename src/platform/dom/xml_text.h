@@ -1,0 +1,42 @@
+// Small conversions and tests between libxml2's types and the layer's, shared by its units.
+#pragma once
+
+#include <string_view>
+
+#include <libxml/tree.h>
+
+#include <qvr/string.h>
+
+namespace qvr::dom {
+
+inline const xmlChar* bytes(std::string_view text) {
+    return reinterpret_cast<const xmlChar*>(text.data());
+}
+
+inline const char* chars(const xmlChar* text) {
+    return text ? reinterpret_cast<const char*>(text) : "";
+}
+
+// Takes over a string libxml2 allocated; null gives the empty text.
+inline String takeString(xmlChar* text) {
+    String result(chars(text));
+    xmlFree(text);
+    return result;
+}
+
+// The text of a node as XPath sees it (an element's: all its text below).
+inline String contentOf(xmlNodePtr node) {
+    return takeString(xmlNodeGetContent(node));
+}
+
+inline bool isDocument(xmlNodePtr node) {
+    return node->type == XML_DOCUMENT_NODE || node->type == XML_HTML_DOCUMENT_NODE;
+}
+
+// An element of that name without namespace, as a name step of XPath selects it.
+inline bool isPlainElement(xmlNodePtr node, const char* name) {
+    return node && node->type == XML_ELEMENT_NODE && !node->ns &&
+           xmlStrEqual(node->name, bytes(name));
+}
+
+} // namespace qvr::dom

@@ -1,0 +1,37 @@
+// Moving columns or rows by their one-based places: one place, or an array of places that keep
+// their relative order whether they come from before or behind the target. The table's
+// moveColumns and the unique column's moveRows take their arguments alike and walk alike; they
+// differ in what one move is and in how they answer when they have no element.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include <qvr/variant.h>
+
+#include "core/object_core.h"
+
+namespace qvr::index_moves {
+
+// The checks of the arguments: `from` a variant array, a text, an object or an integer, else
+// E_INVALIDARG; `to` a text, an object or an integer, else E_INVALIDARG; an integer `to` below 1
+// reports "Index must not be 0 (one - based index)." through `reporter`; a `to` that is no
+// integer E_NOTIMPL. On S_OK `target` holds `to`.
+HRESULT checkArguments(const ObjectCore& reporter, const Variant& from, const Variant& to,
+                       std::int32_t* target);
+
+// One move: the item at the one-based place `from` goes before the item at `to`.
+using MoveOne = std::function<HRESULT(std::int32_t from, std::int32_t to)>;
+
+// Moves the place or places of `from` (E_NOTIMPL when it is neither an integer nor an array) to
+// `to`. An array walks every element and answers the status of the last one; an element that is
+// no integer answers E_NOTIMPL and moves nothing.
+HRESULT moveAll(const Variant& from, std::int32_t to, const MoveOne& move);
+
+// Where an item taken from `from` is inserted to stand before the item that stood at `to`: the
+// removal has shifted what stood behind it.
+constexpr std::int32_t insertionPlace(std::int32_t from, std::int32_t to) {
+    return from > to ? to : to - 1;
+}
+
+} // namespace qvr::index_moves

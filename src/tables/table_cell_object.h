@@ -1,0 +1,51 @@
+// What the cells share (values of plain columns, drawings of views, links of reference columns):
+// the `idref` that names their row, and the move to another row by its key. A cell is a leaf.
+// Its key (family G) is the key text of its row, or until it has one, the key it was made with.
+#pragma once
+
+#include <qvr/table_cells.h>
+
+#include "core/catalog_object.h"
+#include "core/xml_dom_tool.h"
+#include "platform/com/failure.h"
+
+namespace qvr {
+
+template <class Interface, QVRObjectType Type>
+class TableCellObject : public CatalogObject<Interface, Type> {
+public:
+    // --- IQVRTableCellObject -------------------------------------------------------------------
+    // No check and no event: the row operations write it.
+    HRESULT put_idref(const String& idref) override {
+        return guarded([&] {
+            if (!this->initialized()) return this->notInitialized();
+            return this->element()->setAttribute("idref", idref.isNull() ? String("") : idref);
+        });
+    }
+    // Makes no row and fires nothing; it does not look whether the column already has a cell
+    // for the new row, and the old row stays even when no cell names it any more.
+    HRESULT put_row(const String& row) override {
+        return guarded([&] {
+            if (row.isEmpty()) return E_INVALIDARG;
+            if (!this->initialized()) return this->notInitialized();
+            Ref<IXMLDOMElement> found;
+            HRESULT hr = CXMLDOMTool(this->element()).findRowByValue(row, &found);
+            if (hr != S_OK) return this->report(137, hr);
+            String id;
+            if (FAILED(hr = found->getAttribute("id", &id))) return hr;
+            return put_idref(id);
+        });
+    }
+
+    // The key the cell was made with (null clears it); it serves until the cell names a row.
+    void setKey(const String& key) { this->setCachedKey(key); }
+
+    HRESULT cloneNode(VARIANT_BOOL, Ref<IQVRCatalogObject>*) override { return E_NOTIMPL; }
+
+    HRESULT InterfaceSupportsErrorInfo(const IID& iid) override {
+        if (iid == IQVRTableCellObject::iid) return S_OK;
+        return CatalogObject<Interface, Type>::InterfaceSupportsErrorInfo(iid);
+    }
+};
+
+} // namespace qvr

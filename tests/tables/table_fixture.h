@@ -1,0 +1,113 @@
+// What the table tests share: a table made through the public creator, columns and cells added
+// through the public API, readers of rows, columns and cell values, and a listener at the table
+// that writes rows and cells down by kind and key ("Row A-10", "Cell A-10") and columns by name.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include <qvr/table.h>
+
+#include "common/catalog_fixture.h"
+
+namespace qvr::testing {
+
+inline Ref<IQVRCatalogTable> newTable(const char* desc = "Bolts", const char* language = "en") {
+    Ref<IQVRCatalogTable> table;
+    EXPECT_EQ(CreateCatalogTable(&table), S_OK);
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    EXPECT_EQ(table->create("/tmp/qvr-test/", desc, language, &ok), S_OK);
+    EXPECT_EQ(ok, VARIANT_TRUE);
+    return table;
+}
+
+// A new column, appended to the table.
+inline Ref<IQVRTableColumn> addColumn(IQVRCatalogTable* table, const char* name,
+                                      QVRColumnDataType type = qvrDataTypeString) {
+    Ref<IQVRTableColumn> column;
+    EXPECT_EQ(table->createColumn(type, name, "", "", "", VARIANT_TRUE, &column), S_OK);
+    EXPECT_EQ(table->appendChild(column, nullptr), S_OK);
+    return column;
+}
+
+// A new cell for the row `key`, appended to `column`; the status of the append.
+inline HRESULT addCell(IQVRCatalogTable* table, IQVRCatalogObject* column, const char* key,
+                       const Variant& value) {
+    Ref<IQVRTableCell> cell;
+    EXPECT_EQ(table->createCell(key, value, &cell), S_OK);
+    return column->appendChild(cell, nullptr);
+}
+
+inline Ref<IQVRTableUniqueColumn> uniqueColumnOf(IQVRCatalogTable* table) {
+    Ref<IQVRTableUniqueColumn> unique;
+    EXPECT_EQ(table->get_uniqueColumn(&unique), S_OK);
+    return unique;
+}
+
+// The keys of the items of a list, joined by blanks.
+inline std::string keysIn(IQVRCatalogObjectList* list) {
+    std::string keys;
+    if (list)
+        for (Ref<IQVRCatalogObject> item : *list) keys += (keys.empty() ? "" : " ") + keyOf(item);
+    return keys;
+}
+
+// The keys of the table's rows, in row order.
+inline std::string rowKeys(IQVRCatalogTable* table) {
+    Ref<IQVRCatalogObjectList> rows;
+    uniqueColumnOf(table)->get_childNodes(&rows);
+    return keysIn(rows);
+}
+
+// The names of the table's columns, in column order.
+inline std::string columnNames(IQVRCatalogTable* table) {
+    Ref<IQVRCatalogObjectList> columns;
+    table->get_childNodes(&columns);
+    return columns ? namesIn(columns) : std::string();
+}
+
+// The row object of `key`, or null.
+inline Ref<IQVRTableInfoCell> rowOf(IQVRCatalogTable* table, const char* key) {
+    Ref<IQVRCatalogObjectList> rows;
+    uniqueColumnOf(table)->get_childNodes(&rows);
+    for (Ref<IQVRCatalogObject> row : *rows)
+        if (keyOf(row) == key) return query<IQVRTableInfoCell>(row);
+    return nullptr;
+}
+
+// The value of the cell of row `key` in `column`, read through the row object; empty when there
+// is no such cell.
+inline Variant valueAt(IQVRCatalogTable* table, IQVRCatalogObject* column, const char* key) {
+    Variant value;
+    Ref<IQVRTableInfoCell> row = rowOf(table, key);
+    Ref<IQVRTableCellObject> cell;
+    if (row && row->getCell(column, &cell) == S_OK) {
+        EXPECT_EQ(query<IQVRTableCell>(cell)->get_value(&value), S_OK);
+    }
+    return value;
+}
+
+// Rows and cells by kind and key (a cell without one by kind alone), everything else by name
+// ("Table" for the table itself).
+inline std::string describeTableObject(IQVRCatalogObject* object) {
+    QVRObjectType type = qvrCatalog;
+    if (object) object->get_objectType(&type);
+    const std::string key = type == qvrInfoCell || type == qvrCell ? keyOf(object) : "";
+    switch (type) {
+    case qvrInfoCell: return "Row " + key;
+    case qvrCell: return key.empty() ? "Cell" : "Cell " + key;
+    case qvrTable: return "Table";
+    default: return nameOf(object);
+    }
+}
+
+// A recording sink at a table that describes what it hears by describeTableObject.
+class TableListener : public RootListener<IQVRCatalogTable> {
+public:
+    explicit TableListener(IQVRCatalogTable* table) : RootListener(table) {
+        sink().describeWith = describeTableObject;
+    }
+};
+
+} // namespace qvr::testing
