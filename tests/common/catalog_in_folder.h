@@ -5,27 +5,37 @@
 #include <filesystem>
 #include <string>
 
-#include "common/temp_folder.h"
+#include "common/temp_files.h"
 #include "tables/table_fixture.h"
 
 namespace qvr::testing {
 
-// A catalog whose base is `folder`, holding the chapter "Bolts" with the part "M8".
-struct CatalogInFolder {
-    TempFolder folder;
+// A catalog whose base is the test's folder, holding the chapter "Bolts" with the part "M8".
+class CatalogInFolder : public TempFiles {
+protected:
     Ref<IQVRCatalog> catalog;
     Ref<IQVRCatalogChapter> chapter;
     Ref<IQVRCatalogPart> part;
 
-    CatalogInFolder() {
+    void SetUp() override {
+        TempFiles::SetUp();
         EXPECT_EQ(CreateCatalog(&catalog), S_OK);
         VARIANT_BOOL done = VARIANT_FALSE;
-        EXPECT_EQ(catalog->create(folder.base(), "Fasteners", "en", &done), S_OK);
+        EXPECT_EQ(catalog->create(base(), "Fasteners", "en", &done), S_OK);
         chapter = newChapter(catalog, "Bolts");
         part = newPart(catalog, "M8");
         EXPECT_EQ(catalog->appendChild(chapter, nullptr), S_OK);
         EXPECT_EQ(chapter->appendChild(part, nullptr), S_OK);
     }
+
+    // The folder with a trailing "/", as a catalog takes its base.
+    std::string base() const { return dir.string() + "/"; }
+    // A file or folder in the test's folder.
+    std::string path(const std::string& relative) const { return (dir / relative).string(); }
+    bool holds(const std::string& relative) const {
+        return std::filesystem::exists(dir / relative);
+    }
+    std::string readFile(const std::string& relative) const { return read(path(relative)); }
 
     // A table file with the column "Length" and the rows A and B, written to `file` (relative to
     // the folder), and the table that wrote it.
@@ -34,9 +44,9 @@ struct CatalogInFolder {
         Ref<IQVRTableColumn> length = addColumn(table, "Length", qvrDataTypeInt);
         EXPECT_EQ(addCell(table, length, "A", Variant(20)), S_OK);
         EXPECT_EQ(addCell(table, length, "B", Variant(40)), S_OK);
-        std::filesystem::create_directories(std::filesystem::path(folder / file).parent_path());
+        std::filesystem::create_directories((dir / file).parent_path());
         VARIANT_BOOL ok = VARIANT_FALSE;
-        EXPECT_EQ(table->saveAs(Variant(folder / file), &ok), S_OK);
+        EXPECT_EQ(table->saveAs(Variant(path(file)), &ok), S_OK);
         return table;
     }
 

@@ -9,71 +9,70 @@
 namespace qvr::testing {
 namespace {
 
-TEST(PartTable, OpensByReference) {
-    CatalogInFolder c;
+using PartTable = CatalogInFolder;
+
+TEST_F(PartTable, OpensByReference) {
     Ref<IQVRCatalogTable> table;
 
     // An empty reference: no table, no message, nothing in the cache.
     lastError();
     CreateCatalogTable(&table); // the out value is cleared
-    EXPECT_EQ(c.part->getTable(0, &table), S_FALSE);
+    EXPECT_EQ(part->getTable(0, &table), S_FALSE);
     EXPECT_FALSE(table);
     EXPECT_EQ(lastError(), "");
-    EXPECT_EQ(c.part->getTable(0, nullptr), E_POINTER);
+    EXPECT_EQ(part->getTable(0, nullptr), E_POINTER);
 
     // A relative reference resolves against the catalog's base.
-    c.writeTable("tables/m8.xml", "M8 bolts");
-    ASSERT_EQ(c.part->put_tableRef("tables/m8.xml"), S_OK);
-    table = c.openTable();
+    writeTable("tables/m8.xml", "M8 bolts");
+    ASSERT_EQ(part->put_tableRef("tables/m8.xml"), S_OK);
+    table = openTable();
     EXPECT_EQ(descOf(table), "M8 bolts");
-    EXPECT_EQ(urlOf(table), fileUrl(c.folder / "tables/m8.xml"));
-    EXPECT_EQ(keyOf(table), keyOf(c.part) + "T");
-    EXPECT_EQ(c.cachedKeys(), keyOf(c.part) + "T");
+    EXPECT_EQ(urlOf(table), fileUrl(path("tables/m8.xml")));
+    EXPECT_EQ(keyOf(table), keyOf(part) + "T");
+    EXPECT_EQ(cachedKeys(), keyOf(part) + "T");
     // Attached: the catalog is its catalog, the part its parent.
-    Ref<IQVRCatalogObject> catalog, parent;
-    EXPECT_EQ(table->get_catalog(&catalog), S_OK);
-    EXPECT_EQ(catalog.get(), static_cast<IQVRCatalogObject*>(c.catalog.get()));
+    Ref<IQVRCatalogObject> linked, parent;
+    EXPECT_EQ(table->get_catalog(&linked), S_OK);
+    EXPECT_EQ(linked.get(), static_cast<IQVRCatalogObject*>(catalog.get()));
     EXPECT_EQ(table->get_parentNode(&parent), S_OK);
-    EXPECT_EQ(keyOf(parent), keyOf(c.part));
+    EXPECT_EQ(keyOf(parent), keyOf(part));
 
     // An absolute path stands as it is.
-    Ref<IQVRCatalogPart> other = newPart(c.catalog, "M10");
-    c.chapter->appendChild(other, nullptr);
-    c.writeTable("elsewhere/m10.xml", "M10 bolts");
-    ASSERT_EQ(other->put_tableRef(String(c.folder / "elsewhere/m10.xml")), S_OK);
-    EXPECT_EQ(descOf(c.openTable(other)), "M10 bolts");
-    EXPECT_EQ(c.openCount(), 2);
+    Ref<IQVRCatalogPart> other = newPart(catalog, "M10");
+    chapter->appendChild(other, nullptr);
+    writeTable("elsewhere/m10.xml", "M10 bolts");
+    ASSERT_EQ(other->put_tableRef(String(path("elsewhere/m10.xml"))), S_OK);
+    EXPECT_EQ(descOf(openTable(other)), "M10 bolts");
+    EXPECT_EQ(openCount(), 2);
 }
 
-TEST(PartTable, MissingFileIsTheLoadsFailure) {
-    CatalogInFolder c;
-    ASSERT_EQ(c.part->put_tableRef("missing.xml"), S_OK);
+TEST_F(PartTable, MissingFileIsTheLoadsFailure) {
+    ASSERT_EQ(part->put_tableRef("missing.xml"), S_OK);
     Ref<IQVRCatalogTable> table;
-    EXPECT_EQ(c.part->getTable(0, &table), S_FALSE); // the load's answer for a missing file
+    EXPECT_EQ(part->getTable(0, &table), S_FALSE); // the load's answer for a missing file
     EXPECT_FALSE(table);
     EXPECT_NE(lastError().find("missing.xml"), std::string::npos);
-    EXPECT_EQ(c.openCount(), 0);
+    EXPECT_EQ(openCount(), 0);
     String reference;
-    EXPECT_EQ(c.part->get_tableRef(&reference), S_OK);
+    EXPECT_EQ(part->get_tableRef(&reference), S_OK);
     EXPECT_EQ(reference, "missing.xml");
 
     // A file that is no table: the root check's status, no entry either.
-    c.writeTable("m8.xml");
+    writeTable("m8.xml");
     Ref<IQVRCatalog> notTable;
     CreateCatalog(&notTable);
     VARIANT_BOOL done = VARIANT_FALSE;
-    notTable->create(c.folder.base(), "Other", "en", &done);
-    notTable->saveAs(Variant(c.folder / "catalog.xml"), &done);
-    ASSERT_EQ(c.part->put_tableRef("catalog.xml"), S_OK);
-    EXPECT_EQ(c.part->getTable(0, &table), QVR_E_NOTTABLE);
-    EXPECT_EQ(c.openCount(), 0);
+    notTable->create(base(), "Other", "en", &done);
+    notTable->saveAs(Variant(path("catalog.xml")), &done);
+    ASSERT_EQ(part->put_tableRef("catalog.xml"), S_OK);
+    EXPECT_EQ(part->getTable(0, &table), QVR_E_NOTTABLE);
+    EXPECT_EQ(openCount(), 0);
 }
 
-TEST(PartTable, TwoRequestsShareOneDocument) {
-    CatalogInFolder c;
-    c.writeTable("m8.xml");
-    c.part->put_tableRef("m8.xml");
-    Ref<IQVRCatalogTable> first = c.openTable(), second = c.openTable();
+TEST_F(PartTable, TwoRequestsShareOneDocument) {
+    writeTable("m8.xml");
+    part->put_tableRef("m8.xml");
+    Ref<IQVRCatalogTable> first = openTable(), second = openTable();
     ASSERT_TRUE(first && second);
     EXPECT_NE(first.get(), second.get());
     Ref<IXMLDOMElement> firstRoot, secondRoot;
@@ -90,23 +89,22 @@ TEST(PartTable, TwoRequestsShareOneDocument) {
     ASSERT_EQ(rowOf(first, "A")->getCell(firstColumn(first), &cell), S_OK);
     EXPECT_EQ(query<IQVRTableCell>(cell)->put_value(Variant(25)), S_OK);
     EXPECT_EQ(valueAt(second, firstColumn(second), "A").i4(), 25);
-    EXPECT_EQ(c.openCount(), 1);
+    EXPECT_EQ(openCount(), 1);
 
     // A held table object outlives its entry; a new reference drops the entry, the same one
     // keeps it.
-    EXPECT_EQ(c.part->put_tableRef("m8.xml"), S_OK);
-    EXPECT_EQ(c.openCount(), 1);
-    EXPECT_EQ(c.part->put_tableRef("other.xml"), S_OK);
-    EXPECT_EQ(c.openCount(), 0);
+    EXPECT_EQ(part->put_tableRef("m8.xml"), S_OK);
+    EXPECT_EQ(openCount(), 1);
+    EXPECT_EQ(part->put_tableRef("other.xml"), S_OK);
+    EXPECT_EQ(openCount(), 0);
     EXPECT_EQ(descOf(first), "Changed");
 }
 
-TEST(PartTable, EventsOfAnAttachedTableReachTheCatalog) {
-    CatalogInFolder c;
-    c.writeTable("m8.xml");
-    c.part->put_tableRef("m8.xml");
-    Ref<IQVRCatalogTable> table = c.openTable();
-    Listener atCatalog(c.catalog);
+TEST_F(PartTable, EventsOfAnAttachedTableReachTheCatalog) {
+    writeTable("m8.xml");
+    part->put_tableRef("m8.xml");
+    Ref<IQVRCatalogTable> table = openTable();
+    Listener atCatalog(catalog);
     TableListener atTable(table);
     atCatalog.sink().describeWith = describeTableObject;
 
@@ -118,83 +116,80 @@ TEST(PartTable, EventsOfAnAttachedTableReachTheCatalog) {
     EXPECT_EQ(atTable.take(), "");
 }
 
-TEST(PartTable, AttachTable) {
-    CatalogInFolder c;
-    Listener heard(c.catalog);
+TEST_F(PartTable, AttachTable) {
+    Listener heard(catalog);
 
     // A table without an address can't be referred to.
     Ref<IQVRCatalogTable> unsaved = newTable();
-    EXPECT_EQ(c.part->attachTable(unsaved), E_FAIL);
+    EXPECT_EQ(part->attachTable(unsaved), E_FAIL);
     EXPECT_EQ(lastError(), "You tried to attach a table with unknown URL.");
-    EXPECT_EQ(c.openCount(), 0);
-    EXPECT_EQ(c.part->attachTable(nullptr), E_INVALIDARG);
+    EXPECT_EQ(openCount(), 0);
+    EXPECT_EQ(part->attachTable(nullptr), E_INVALIDARG);
     EXPECT_EQ(heard.take(), "");
 
     // A saved one: the reference becomes its URL, the part its parent, and it is open.
-    Ref<IQVRCatalogTable> first = c.writeTable("first.xml", "First");
-    EXPECT_EQ(c.part->attachTable(first), S_OK);
+    Ref<IQVRCatalogTable> first = writeTable("first.xml", "First");
+    EXPECT_EQ(part->attachTable(first), S_OK);
     String reference;
-    c.part->get_tableRef(&reference);
-    EXPECT_EQ(reference.str(), c.folder / "first.xml");
-    EXPECT_EQ(keyOf(first), keyOf(c.part) + "T");
+    part->get_tableRef(&reference);
+    EXPECT_EQ(reference.str(), path("first.xml"));
+    EXPECT_EQ(keyOf(first), keyOf(part) + "T");
     EXPECT_EQ(heard.take(), "changed M8");
     first->put_footNote("Attached"); // the table's changes now reach the catalog
     EXPECT_EQ(heard.take(), "changed #31");
 
     // A second table under the same key and URL is refused; the first stays.
-    Ref<IQVRCatalogTable> second = c.writeTable("first.xml", "Second");
-    EXPECT_EQ(c.part->attachTable(second), S_FALSE);
-    EXPECT_EQ(c.openCount(), 1);
-    EXPECT_EQ(descOf(c.openTable()), "First");
+    Ref<IQVRCatalogTable> second = writeTable("first.xml", "Second");
+    EXPECT_EQ(part->attachTable(second), S_FALSE);
+    EXPECT_EQ(openCount(), 1);
+    EXPECT_EQ(descOf(openTable()), "First");
 }
 
-TEST(PartTable, SetTableLocation) {
-    CatalogInFolder c;
-    EXPECT_EQ(c.part->setTableLocation(nullptr, "", "x.xml"), E_INVALIDARG);
-    c.writeTable("m8.xml");
-    c.part->put_tableRef("m8.xml");
-    Ref<IQVRCatalogTable> table = c.openTable();
-    Listener heard(c.catalog);
+TEST_F(PartTable, SetTableLocation) {
+    EXPECT_EQ(part->setTableLocation(nullptr, "", "x.xml"), E_INVALIDARG);
+    writeTable("m8.xml");
+    part->put_tableRef("m8.xml");
+    Ref<IQVRCatalogTable> table = openTable();
+    Listener heard(catalog);
 
     // The reference becomes relative to the catalog; the open table takes the new base and URL.
-    std::filesystem::create_directories(c.folder / "moved");
-    EXPECT_EQ(c.part->setTableLocation(String(c.folder / ""), "moved/", "bolts.xml"), S_OK);
+    std::filesystem::create_directories(path("moved"));
+    EXPECT_EQ(part->setTableLocation(String(path("")), "moved/", "bolts.xml"), S_OK);
     EXPECT_EQ(heard.take(), "changed M8");
     String reference, base;
-    c.part->get_tableRef(&reference);
+    part->get_tableRef(&reference);
     EXPECT_EQ(reference, "moved/bolts.xml");
-    Ref<IQVRCatalogTable> again = c.openTable();
-    EXPECT_EQ(urlOf(again), c.folder / "moved/bolts.xml");
+    Ref<IQVRCatalogTable> again = openTable();
+    EXPECT_EQ(urlOf(again), path("moved/bolts.xml"));
     again->get_baseUrl(&base);
-    EXPECT_EQ(base.str(), fileUrl(c.folder / "moved/"));
-    EXPECT_EQ(c.openCount(), 1);
+    EXPECT_EQ(base.str(), fileUrl(path("moved/")));
+    EXPECT_EQ(openCount(), 1);
 
     // The next save writes it there.
     VARIANT_BOOL done = VARIANT_FALSE;
-    EXPECT_EQ(c.catalog->saveAs(Variant(c.folder / "catalog.xml"), &done), S_OK);
-    EXPECT_TRUE(c.folder.holds("moved/bolts.xml"));
+    EXPECT_EQ(catalog->saveAs(Variant(path("catalog.xml")), &done), S_OK);
+    EXPECT_TRUE(holds("moved/bolts.xml"));
 
     // A closed table: only the reference changes, and the event still comes.
-    Ref<IQVRCatalogPart> closed = newPart(c.catalog, "M10");
-    c.chapter->appendChild(closed, nullptr);
+    Ref<IQVRCatalogPart> closed = newPart(catalog, "M10");
+    chapter->appendChild(closed, nullptr);
     closed->put_tableRef("m10.xml");
     heard.take();
     EXPECT_EQ(closed->setTableLocation("/nowhere", "t/", "m10.xml"), S_OK);
     closed->get_tableRef(&reference);
     EXPECT_EQ(reference, "t/m10.xml");
     EXPECT_EQ(heard.take(), "changed M10");
-    EXPECT_EQ(c.openCount(), 1);
+    EXPECT_EQ(openCount(), 1);
 }
 
-TEST(PartTable, DeepCloneCopiesTheTable) {
-    CatalogInFolder c;
-    c.writeTable("m8.xml", "Original");
-    c.part->put_tableRef("m8.xml");
-    Ref<IQVRCatalogTable> original = c.openTable();
-    Listener heard(c.catalog);
+TEST_F(PartTable, DeepCloneCopiesTheTable) {
+    writeTable("m8.xml", "Original");
+    part->put_tableRef("m8.xml");
+    Ref<IQVRCatalogTable> original = openTable();
+    Listener heard(catalog);
 
     Ref<IQVRCatalogObject> copy;
-    ASSERT_EQ(c.chapter->cloneNode(VARIANT_TRUE, &copy), S_OK) << lastError();
+    ASSERT_EQ(chapter->cloneNode(VARIANT_TRUE, &copy), S_OK) << lastError();
     EXPECT_EQ(heard.take(), ""); // nothing of the table steps is heard
 
     // New ids throughout.
@@ -204,8 +199,8 @@ TEST(PartTable, DeepCloneCopiesTheTable) {
     ASSERT_EQ(children->getItem(1, &copiedItem), S_OK);
     Ref<IQVRCatalogPart> copiedPart = query<IQVRCatalogPart>(copiedItem);
     ASSERT_TRUE(copiedPart);
-    EXPECT_NE(keyOf(copy), keyOf(c.chapter));
-    EXPECT_NE(keyOf(copiedPart), keyOf(c.part));
+    EXPECT_NE(keyOf(copy), keyOf(chapter));
+    EXPECT_NE(keyOf(copiedPart), keyOf(part));
     EXPECT_EQ(keyOf(copiedPart).size(), 36u);
 
     // The copy refers to a new name and is open under its own key, over a document of its own.
@@ -214,8 +209,8 @@ TEST(PartTable, DeepCloneCopiesTheTable) {
     ASSERT_EQ(reference.byteLength(), std::string("m8.xml").size() + 36);
     EXPECT_EQ(reference.str().substr(0, 2), "m8");
     EXPECT_EQ(reference.str().substr(38), ".xml");
-    EXPECT_EQ(c.openCount(), 2);
-    Ref<IQVRCatalogTable> copiedTable = c.openTable(copiedPart);
+    EXPECT_EQ(openCount(), 2);
+    Ref<IQVRCatalogTable> copiedTable = openTable(copiedPart);
     EXPECT_EQ(keyOf(copiedTable), keyOf(copiedPart) + "T");
     EXPECT_EQ(descOf(copiedTable), "Original");
     copiedTable->put_desc("Copy");
@@ -223,27 +218,27 @@ TEST(PartTable, DeepCloneCopiesTheTable) {
     EXPECT_EQ(columnNames(copiedTable), "Length");
 
     // No file yet; the save writes the copy once its part stands in the catalog.
-    EXPECT_FALSE(c.folder.holds(reference.str()));
+    EXPECT_FALSE(holds(reference.str()));
     VARIANT_BOOL done = VARIANT_FALSE;
-    ASSERT_EQ(c.catalog->appendChild(copy, nullptr), S_OK);
+    ASSERT_EQ(catalog->appendChild(copy, nullptr), S_OK);
     heard.take();
-    ASSERT_EQ(c.catalog->saveAs(Variant(c.folder / "catalog.xml"), &done), S_OK);
-    EXPECT_TRUE(c.folder.holds(reference.str()));
-    EXPECT_NE(c.folder.read(reference.str()).find("desc=\"Copy\""), std::string::npos);
+    ASSERT_EQ(catalog->saveAs(Variant(path("catalog.xml")), &done), S_OK);
+    EXPECT_TRUE(holds(reference.str()));
+    EXPECT_NE(readFile(reference.str()).find("desc=\"Copy\""), std::string::npos);
 
     // A closed table is loaded for the copy, and a shallow clone takes no table along.
-    Ref<IQVRCatalogPart> closed = newPart(c.catalog, "Closed");
-    c.chapter->appendChild(closed, nullptr);
+    Ref<IQVRCatalogPart> closed = newPart(catalog, "Closed");
+    chapter->appendChild(closed, nullptr);
     closed->put_tableRef("m8.xml");
     heard.take();
     Ref<IQVRCatalogObject> closedCopy, shallow;
     ASSERT_EQ(closed->cloneNode(VARIANT_TRUE, &closedCopy), S_OK);
-    EXPECT_EQ(c.cachedKeys().find(keyOf(closed) + "T"), std::string::npos);
-    EXPECT_NE(c.cachedKeys().find(keyOf(closedCopy) + "T"), std::string::npos);
-    const std::int32_t open = c.openCount();
+    EXPECT_EQ(cachedKeys().find(keyOf(closed) + "T"), std::string::npos);
+    EXPECT_NE(cachedKeys().find(keyOf(closedCopy) + "T"), std::string::npos);
+    const std::int32_t open = openCount();
     ASSERT_EQ(closed->cloneNode(VARIANT_FALSE, &shallow), S_OK);
     EXPECT_EQ(query<IQVRCatalogPart>(shallow)->get_tableRef(&reference), S_FALSE);
-    EXPECT_EQ(c.openCount(), open);
+    EXPECT_EQ(openCount(), open);
     EXPECT_EQ(heard.take(), "");
 }
 

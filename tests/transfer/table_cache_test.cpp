@@ -8,6 +8,8 @@
 namespace qvr::testing {
 namespace {
 
+using CatalogTables = CatalogInFolder;
+
 // A table standing alone whose key is `key` and whose description is `desc`.
 Ref<IQVRCatalogTable> keyedTable(const char* key, const char* desc) {
     Ref<IQVRCatalogTable> table;
@@ -162,72 +164,70 @@ TEST(TableCache, EnumeratorCannotHandOutItems) {
     EXPECT_EQ(walk->Next(1, items, &fetched), E_NOTIMPL);
 }
 
-TEST(CatalogTables, SaveWritesTheTablesOfPartsInTheCatalog) {
-    CatalogInFolder c;
-    c.writeTable("m8.xml", "M8");
-    c.writeTable("m10.xml", "M10");
-    c.part->put_tableRef("m8.xml");
-    Ref<IQVRCatalogPart> removed = newPart(c.catalog, "M10");
-    c.chapter->appendChild(removed, nullptr);
+TEST_F(CatalogTables, SaveWritesTheTablesOfPartsInTheCatalog) {
+    writeTable("m8.xml", "M8");
+    writeTable("m10.xml", "M10");
+    part->put_tableRef("m8.xml");
+    Ref<IQVRCatalogPart> removed = newPart(catalog, "M10");
+    chapter->appendChild(removed, nullptr);
     removed->put_tableRef("m10.xml");
-    c.openTable()->put_desc("M8 saved");
-    c.openTable(removed)->put_desc("M10 saved");
-    ASSERT_EQ(c.chapter->removeChild(removed, nullptr), S_OK);
-    EXPECT_EQ(c.openCount(), 2);
+    openTable()->put_desc("M8 saved");
+    openTable(removed)->put_desc("M10 saved");
+    ASSERT_EQ(chapter->removeChild(removed, nullptr), S_OK);
+    EXPECT_EQ(openCount(), 2);
 
     // The table of the removed part is passed over; the other table and the catalog are written.
     VARIANT_BOOL done = VARIANT_FALSE;
-    ASSERT_EQ(c.catalog->saveAs(Variant(c.folder / "catalog.xml"), &done), S_OK) << lastError();
+    ASSERT_EQ(catalog->saveAs(Variant(path("catalog.xml")), &done), S_OK) << lastError();
     EXPECT_EQ(done, VARIANT_TRUE);
-    EXPECT_NE(c.folder.read("m8.xml").find("M8 saved"), std::string::npos);
-    EXPECT_EQ(c.folder.read("m10.xml").find("M10 saved"), std::string::npos);
-    EXPECT_TRUE(c.folder.holds("catalog.xml"));
+    EXPECT_NE(readFile("m8.xml").find("M8 saved"), std::string::npos);
+    EXPECT_EQ(readFile("m10.xml").find("M10 saved"), std::string::npos);
+    EXPECT_TRUE(holds("catalog.xml"));
 
     // A table that can't be written stops the save before the catalog: message 145 and its path.
-    std::filesystem::remove(c.folder / "m8.xml");
-    std::filesystem::create_directory(c.folder / "m8.xml"); // no file can be written there
-    c.catalog->put_name("Not written");
-    const HRESULT hr = c.catalog->saveAs(Variant(c.folder / "catalog.xml"), &done);
+    std::filesystem::remove(path("m8.xml"));
+    std::filesystem::create_directory(path("m8.xml")); // no file can be written there
+    catalog->put_name("Not written");
+    const HRESULT hr = catalog->saveAs(Variant(path("catalog.xml")), &done);
     EXPECT_TRUE(FAILED(hr));
     EXPECT_EQ(done, VARIANT_FALSE);
-    EXPECT_EQ(lastError(), "Error while saving table " + fileUrl(c.folder / "m8.xml"));
-    EXPECT_EQ(c.folder.read("catalog.xml").find("Not written"), std::string::npos);
+    EXPECT_EQ(lastError(), "Error while saving table " + fileUrl(path("m8.xml")));
+    EXPECT_EQ(readFile("catalog.xml").find("Not written"), std::string::npos);
 }
 
-TEST(CatalogTables, ANewDocumentEmptiesTheCache) {
-    CatalogInFolder c;
-    c.writeTable("m8.xml");
-    c.part->put_tableRef("m8.xml");
+TEST_F(CatalogTables, ANewDocumentEmptiesTheCache) {
+    writeTable("m8.xml");
+    part->put_tableRef("m8.xml");
     VARIANT_BOOL done = VARIANT_FALSE;
-    ASSERT_EQ(c.catalog->saveAs(Variant(c.folder / "catalog.xml"), &done), S_OK);
-    Ref<IQVRCatalogTable> held = c.openTable();
+    ASSERT_EQ(catalog->saveAs(Variant(path("catalog.xml")), &done), S_OK);
+    Ref<IQVRCatalogTable> held = openTable();
     Ref<IQVRCatalogObjectList> tables;
-    c.catalog->get_tables(&tables);
+    catalog->get_tables(&tables);
 
     // load empties the cache before it looks at the file, so a failed load has lost the tables.
-    EXPECT_EQ(c.catalog->load(Variant(c.folder / "missing.xml"), &done), S_FALSE);
-    EXPECT_EQ(c.openCount(), 0);
+    EXPECT_EQ(catalog->load(Variant(path("missing.xml")), &done), S_FALSE);
+    EXPECT_EQ(openCount(), 0);
     Ref<IQVRCatalogObjectList> same;
-    c.catalog->get_tables(&same);
+    catalog->get_tables(&same);
     EXPECT_EQ(same.get(), tables.get()); // one cache for the catalog's life
     EXPECT_EQ(descOf(held), "Bolts");    // a held table lives on
 
     // A loaded catalog opens its parts' tables again; loadXML and create forget them as well.
-    ASSERT_EQ(c.catalog->load(Variant(c.folder / "catalog.xml"), &done), S_OK);
+    ASSERT_EQ(catalog->load(Variant(path("catalog.xml")), &done), S_OK);
     Ref<IQVRCatalogObject> found;
-    ASSERT_EQ(c.catalog->findById(String(keyOf(c.part)), &found), S_OK);
-    Ref<IQVRCatalogTable> reopened = c.openTable(query<IQVRCatalogPart>(found));
+    ASSERT_EQ(catalog->findById(String(keyOf(part)), &found), S_OK);
+    Ref<IQVRCatalogTable> reopened = openTable(query<IQVRCatalogPart>(found));
     EXPECT_EQ(rowKeys(reopened), "A B");
     String xml;
-    c.catalog->get_xml(&xml);
-    EXPECT_EQ(c.openCount(), 1);
-    ASSERT_EQ(c.catalog->loadXML(xml, &done), S_OK);
-    EXPECT_EQ(c.openCount(), 0);
-    ASSERT_EQ(c.catalog->findById(String(keyOf(c.part)), &found), S_OK);
-    c.openTable(query<IQVRCatalogPart>(found));
-    EXPECT_EQ(c.openCount(), 1);
-    ASSERT_EQ(c.catalog->create(c.folder.base(), "New", "en", &done), S_OK);
-    EXPECT_EQ(c.openCount(), 0);
+    catalog->get_xml(&xml);
+    EXPECT_EQ(openCount(), 1);
+    ASSERT_EQ(catalog->loadXML(xml, &done), S_OK);
+    EXPECT_EQ(openCount(), 0);
+    ASSERT_EQ(catalog->findById(String(keyOf(part)), &found), S_OK);
+    openTable(query<IQVRCatalogPart>(found));
+    EXPECT_EQ(openCount(), 1);
+    ASSERT_EQ(catalog->create(base(), "New", "en", &done), S_OK);
+    EXPECT_EQ(openCount(), 0);
 }
 
 } // namespace
