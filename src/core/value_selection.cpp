@@ -10,22 +10,31 @@ String selectionWithValue(std::string_view head, const String& value, std::strin
     return String(std::move(text));
 }
 
-HRESULT selectOneWithValue(IXMLDOMNode* node, std::string_view head, const String& value,
-                           std::string_view tail, Ref<IXMLDOMNode>* found) {
+namespace {
+
+template <class Result, class Select>
+HRESULT selectWithValue(std::string_view head, const String& value, std::string_view tail,
+                        Ref<Result>* found, Select&& select) {
     if (!found) return E_POINTER;
     *found = nullptr;
     const String selection = selectionWithValue(head, value, tail);
-    if (selection.isNull()) return E_FAIL;
-    return node->selectSingleNode(selection, found);
+    return selection.isNull() ? E_FAIL : select(selection);
+}
+
+} // namespace
+
+HRESULT selectOneWithValue(IXMLDOMNode* node, std::string_view head, const String& value,
+                           std::string_view tail, Ref<IXMLDOMNode>* found) {
+    return selectWithValue(head, value, tail, found, [&](const String& selection) {
+        return node->selectSingleNode(selection, found);
+    });
 }
 
 HRESULT selectAllWithValue(IXMLDOMNode* node, std::string_view head, const String& value,
                            std::string_view tail, Ref<IXMLDOMNodeList>* found) {
-    if (!found) return E_POINTER;
-    *found = nullptr;
-    const String selection = selectionWithValue(head, value, tail);
-    if (selection.isNull()) return E_FAIL;
-    return node->selectNodes(selection, found);
+    return selectWithValue(head, value, tail, found, [&](const String& selection) {
+        return node->selectNodes(selection, found);
+    });
 }
 
 } // namespace qvr
