@@ -29,14 +29,14 @@ enum class Kind { Plain, Const, Calculated };
 
 // The columns of every part's table. A const column holds one value for all rows; a calculated
 // column holds a formula over the other columns' names, worked out when asked.
-struct ColumnSpec {
+struct DemoColumn {
     Kind kind;
     const char* name;
     QVRColumnDataType type;
     const char* unit;
     const char* text; // the constant or the formula
 };
-const ColumnSpec columnSpecs[] = {
+const DemoColumn demoColumns[] = {
     {Kind::Plain, "Thread", qvrDataTypeString, "", ""},
     {Kind::Plain, "Length", qvrDataTypeInt, "mm", ""},
     {Kind::Plain, "Diameter", qvrDataTypeFloat, "mm", ""},
@@ -48,7 +48,7 @@ const ColumnSpec columnSpecs[] = {
 };
 
 // The parts, by chapter, with the rows of their tables (one row per length).
-struct PartSpec {
+struct DemoPart {
     const char* chapter;
     const char* name;
     const char* file;
@@ -56,7 +56,7 @@ struct PartSpec {
     double diameter;
     std::vector<int> lengths;
 };
-const PartSpec partSpecs[] = {
+const DemoPart demoParts[] = {
     {"Hexagon head bolts", "Hex bolt M8", "hex-bolt-m8.xml", "M8", 8.0, {20, 40, 60}},
     {"Hexagon head bolts", "Hex bolt M10", "hex-bolt-m10.xml", "M10", 10.0, {30, 50}},
     {"Socket head cap screws", "Socket screw M6", "socket-screw-m6.xml", "M6", 6.0, {16, 25}},
@@ -135,26 +135,26 @@ private:
 
 // --- 1. Building ---------------------------------------------------------------------------
 
-Ref<IQVRCatalogObject> newColumn(IQVRCatalogTable* table, const ColumnSpec& spec) {
+Ref<IQVRCatalogObject> newColumn(IQVRCatalogTable* table, const DemoColumn& plan) {
     HRESULT hr = E_FAIL;
     Ref<IQVRCatalogObject> column;
-    if (spec.kind == Kind::Plain) {
+    if (plan.kind == Kind::Plain) {
         Ref<IQVRTableColumn> plain;
-        hr = table->createColumn(spec.type, spec.name, "", "", spec.unit, VARIANT_TRUE, &plain);
+        hr = table->createColumn(plan.type, plan.name, "", "", plan.unit, VARIANT_TRUE, &plain);
         column = plain.get();
-    } else if (spec.kind == Kind::Const) {
+    } else if (plan.kind == Kind::Const) {
         Ref<IQVRTableConstColumn> constant;
-        hr = table->createConstColumn(spec.type, spec.name, spec.text, "", "", spec.unit,
+        hr = table->createConstColumn(plan.type, plan.name, plan.text, "", "", plan.unit,
                                       VARIANT_TRUE, &constant);
         column = constant.get();
     } else {
         Ref<IQVRTableCalculatedColumn> calculated;
-        hr = table->createCalculatedColumn(spec.type, spec.name, spec.text, "", "", spec.unit,
+        hr = table->createCalculatedColumn(plan.type, plan.name, plan.text, "", "", plan.unit,
                                            VARIANT_TRUE, &calculated);
         column = calculated.get();
     }
-    check(hr, std::string("create the column ") + spec.name);
-    check(table->appendChild(column, nullptr), std::string("append the column ") + spec.name);
+    check(hr, std::string("create the column ") + plan.name);
+    check(table->appendChild(column, nullptr), std::string("append the column ") + plan.name);
     return column;
 }
 
@@ -168,24 +168,24 @@ void addCell(IQVRCatalogTable* table, IQVRCatalogObject* column, const std::stri
 
 // The part's table, saved next to the catalog and attached to the part. The part then refers to
 // it by a path relative to the catalog, so the folder can move as a whole.
-void giveTable(IQVRCatalogPart* part, const PartSpec& spec, const std::string& folder) {
+void giveTable(IQVRCatalogPart* part, const DemoPart& plan, const std::string& folder) {
     Ref<IQVRCatalogTable> table;
     VARIANT_BOOL ok = VARIANT_FALSE;
     check(CreateCatalogTable(&table), "create a table");
-    check(table->create(folder, std::string(spec.name) + ", steel, zinc plated", "en", &ok),
+    check(table->create(folder, std::string(plan.name) + ", steel, zinc plated", "en", &ok),
           "start the table");
     std::vector<Ref<IQVRCatalogObject>> columns;
-    for (const ColumnSpec& column : columnSpecs) columns.push_back(newColumn(table, column));
-    for (const int length : spec.lengths) {
-        const std::string row = std::string(spec.thread) + "x" + std::to_string(length);
-        addCell(table, columns[0], row, Variant(spec.thread));
+    for (const DemoColumn& column : demoColumns) columns.push_back(newColumn(table, column));
+    for (const int length : plan.lengths) {
+        const std::string row = std::string(plan.thread) + "x" + std::to_string(length);
+        addCell(table, columns[0], row, Variant(plan.thread));
         addCell(table, columns[1], row, Variant(std::int32_t{length}));
-        addCell(table, columns[2], row, Variant(spec.diameter));
+        addCell(table, columns[2], row, Variant(plan.diameter));
         addCell(table, columns[3], row, Variant(std::int32_t{500}));
     }
-    check(table->saveAs(Variant(folder + spec.file), &ok), "save the table");
+    check(table->saveAs(Variant(folder + plan.file), &ok), "save the table");
     check(part->attachTable(table), "attach the table");
-    check(part->setTableLocation(folder, "", spec.file), "make the reference relative");
+    check(part->setTableLocation(folder, "", plan.file), "make the reference relative");
 }
 
 Ref<IQVRCatalog> buildCatalog(const std::string& folder) {
@@ -198,19 +198,19 @@ Ref<IQVRCatalog> buildCatalog(const std::string& folder) {
     check(catalog->createChapter("Bolts and screws", &top), "create a chapter");
     check(catalog->appendChild(top, nullptr), "append the chapter");
     std::vector<Ref<IQVRCatalogChapter>> chapters;
-    for (const PartSpec& spec : partSpecs) {
+    for (const DemoPart& plan : demoParts) {
         auto chapter = std::find_if(chapters.begin(), chapters.end(),
-                                    [&](const auto& c) { return nameOf(c) == spec.chapter; });
+                                    [&](const auto& c) { return nameOf(c) == plan.chapter; });
         if (chapter == chapters.end()) {
             Ref<IQVRCatalogChapter> made;
-            check(catalog->createChapter(spec.chapter, &made), "create a chapter");
+            check(catalog->createChapter(plan.chapter, &made), "create a chapter");
             check(top->appendChild(made, nullptr), "append the chapter");
             chapter = chapters.insert(chapters.end(), made);
         }
         Ref<IQVRCatalogPart> part;
-        check(catalog->createPart(spec.name, &part), "create a part");
+        check(catalog->createPart(plan.name, &part), "create a part");
         check((*chapter)->appendChild(part, nullptr), "append the part");
-        giveTable(part, spec, folder);
+        giveTable(part, plan, folder);
     }
     return catalog;
 }
@@ -384,7 +384,7 @@ void run(const std::string& folder) {
     check(catalog->get_tables(&tables), "find the open tables");
     tables->get_count(&open);
     std::printf("   %zu parts, %d tables open in the catalog, %zu columns each\n\n",
-                std::size(partSpecs), open, std::size(columnSpecs));
+                std::size(demoParts), open, std::size(demoColumns));
 
     std::printf("2. Editing it while a listener hears every change, then saving\n");
     Ref<Listener> listener(new Listener);
