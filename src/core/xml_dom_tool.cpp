@@ -1,7 +1,5 @@
 #include "core/xml_dom_tool.h"
 
-#include "core/value_selection.h"
-
 #include <cstdio>
 #include <string>
 
@@ -33,9 +31,10 @@ void linkChild(IQVRCatalogObject* child, IQVRCatalogObject* catalog, IQVRCatalog
 } // namespace
 
 CXMLDOMTool::CXMLDOMTool(IXMLDOMNode* node) : node_(node) {
-    // A document is its own document: a tool around it can make elements and read its errors.
-    ownerDocument_ = query<IXMLDOMDocument>(node);
-    if (node_ && !ownerDocument_) node_->get_ownerDocument(&ownerDocument_);
+    // A document has no owner document: it is its own, so that a tool around it can make
+    // elements and read its errors. (Asked in this order, the common case costs no cast.)
+    if (node_ && node_->get_ownerDocument(&ownerDocument_) != S_OK)
+        ownerDocument_ = query<IXMLDOMDocument>(node);
 }
 
 CXMLDOMTool CXMLDOMTool::fromCookie(std::uint32_t cookie) {
