@@ -205,13 +205,6 @@ HRESULT CQVRCatalog::loadXML(const String& xml, VARIANT_BOOL* done) {
     });
 }
 
-HRESULT CQVRCatalog::save(VARIANT_BOOL* done) {
-    return guarded([&] {
-        const Variant path = url_;
-        return saveAs(path, done);
-    });
-}
-
 HRESULT CQVRCatalog::saveAs(const Variant& target, VARIANT_BOOL* done) {
     return guarded([&] {
         if (!done) return E_POINTER;

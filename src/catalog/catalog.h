@@ -59,7 +59,6 @@ public:
     HRESULT putref_host(IUnknown* host) override;
     HRESULT load(const Variant& source, VARIANT_BOOL* done) override;
     HRESULT loadXML(const String& xml, VARIANT_BOOL* done) override;
-    HRESULT save(VARIANT_BOOL* done) override;
     HRESULT saveAs(const Variant& target, VARIANT_BOOL* done) override;
     HRESULT create(const String& baseUrl, const String& name, const String& language,
                    VARIANT_BOOL* done) override;

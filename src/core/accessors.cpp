@@ -173,13 +173,21 @@ HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const Stri
     });
 }
 
+HRESULT wrapSelected(IXMLDOMElement* element, const char* xpath, IQVRCatalogObject* catalog,
+                     IQVRCatalogObject* parent, Ref<IQVRCatalogObject>* object) {
+    *object = nullptr;
+    Ref<IXMLDOMNode> node;
+    HRESULT hr = element->selectSingleNode(xpath, &node);
+    if (hr != S_OK) return hr;
+    return CXMLDOMTool(node).createObject(catalog, parent, object);
+}
+
 HRESULT getSingleton(ObjectFrame& object, const char* child,
                      Ref<IQVRCatalogObject>* value) noexcept {
     if (value) *value = nullptr;
     return onElement(object, value, [&](IXMLDOMElement* element) {
         Ref<IXMLDOMNode> node;
-        HRESULT hr = element->selectSingleNode(child, &node);
-        if (hr != S_OK) return S_FALSE;
+        if (element->selectSingleNode(child, &node) != S_OK) return S_FALSE;
         return CXMLDOMTool(node).createObject(object.catalogRef(), object.self(), value);
     });
 }

@@ -72,6 +72,21 @@ HRESULT putOrderedChildText(ObjectFrame& object, const char* child, const String
 HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const String& text,
                               ChildNames followers) noexcept;
 
+// The first node that `xpath` selects below `element`, wrapped with `catalog` and `parent` and
+// asked for I. Nothing selected: the selection's status (S_FALSE) and null.
+HRESULT wrapSelected(IXMLDOMElement* element, const char* xpath, IQVRCatalogObject* catalog,
+                     IQVRCatalogObject* parent, Ref<IQVRCatalogObject>* object);
+template <class I>
+HRESULT wrapSelected(IXMLDOMElement* element, const char* xpath, IQVRCatalogObject* catalog,
+                     IQVRCatalogObject* parent, Ref<I>* object) {
+    *object = nullptr;
+    Ref<IQVRCatalogObject> found;
+    HRESULT hr = wrapSelected(element, xpath, catalog, parent, &found);
+    if (hr != S_OK) return hr;
+    *object = query<I>(found);
+    return *object ? S_OK : E_NOINTERFACE;
+}
+
 // Singleton property: the child `child` wrapped with this object as parent; absent: S_FALSE and
 // null.
 HRESULT getSingleton(ObjectFrame& object, const char* child,

@@ -46,6 +46,14 @@ public:
         return baseReferencedFiles(flag, files);
     }
 
+    // Saves to the address the document was last loaded from or saved to.
+    HRESULT save(VARIANT_BOOL* ok) override {
+        return guarded([&] {
+            const Variant url = url_; // saveAs replaces it
+            return this->saveAs(url, ok);
+        });
+    }
+
     // --- Sinks (the root's interface and IEventRoot alike) -------------------------------------
     HRESULT fireEvent(std::int32_t event, IQVRCatalogObject* subject, const Variant& position,
                       VARIANT_BOOL* result) override {

@@ -368,13 +368,6 @@ HRESULT CQVRCatalogTable::create(const String& baseUrl, const String& desc, cons
     });
 }
 
-HRESULT CQVRCatalogTable::save(VARIANT_BOOL* ok) {
-    return guarded([&] {
-        const Variant url = url_;
-        return saveAs(url, ok);
-    });
-}
-
 HRESULT CQVRCatalogTable::saveAs(const Variant& url, VARIANT_BOOL* ok) {
     return guarded([&] {
         if (!ok) return E_POINTER;

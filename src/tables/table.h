@@ -52,7 +52,6 @@ public:
                     VARIANT_BOOL* ok) override;
     HRESULT create(const String& baseUrl, const String& desc, const String& language,
                    VARIANT_BOOL* ok) override;
-    HRESULT save(VARIANT_BOOL* ok) override;
     HRESULT saveAs(const Variant& url, VARIANT_BOOL* ok) override;
     HRESULT moveColumns(const Variant& from, const Variant& to) override;
     HRESULT freezeCalculatedColumns(VARIANT_BOOL* ok) override;

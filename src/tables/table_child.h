@@ -49,12 +49,16 @@ public:
             return hr;
         });
     }
-    // A child that is not initialized answers with the table's message.
+    // Wrapped with the child as its catalog as well as its parent, so that the changes made in
+    // it are heard nowhere. A child that is not initialized answers with the table's message.
     HRESULT get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) override {
-        if (!extrinsics) return E_POINTER;
-        *extrinsics = nullptr;
-        if (!this->initialized()) return this->report(110);
-        return accessors::getSingleton(*this, "Extrinsics", extrinsics);
+        return guarded([&] {
+            if (!extrinsics) return E_POINTER;
+            *extrinsics = nullptr;
+            if (!this->initialized()) return this->report(110);
+            return accessors::wrapSelected(this->element(), "Extrinsics", this->self(),
+                                           this->self(), extrinsics);
+        });
     }
     HRESULT putref_extrinsics(IQVRCatalogObject* extrinsics) override {
         return accessors::putSingleton(*this, "Extrinsics", extrinsics, extrinsicsPredecessors());

@@ -1,5 +1,6 @@
 // The table root's own attributes and single children: address, base, language, description,
 // fix column, version, foot note, extrinsics, and the unique column.
+#include "core/accessors.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
 #include "platform/url/url.h"
@@ -36,13 +37,7 @@ HRESULT CQVRCatalogTable::get_uniqueColumn(Ref<IQVRTableUniqueColumn>* column) {
         if (!column) return E_POINTER;
         *column = nullptr;
         if (!element_) return notInitialized();
-        Ref<IXMLDOMNode> node;
-        HRESULT hr = element_->selectSingleNode("ColumnUnique", &node);
-        if (hr != S_OK) return hr;
-        Ref<IQVRCatalogObject> object;
-        if ((hr = CXMLDOMTool(node).createObject(self(), self(), &object)) != S_OK) return hr;
-        *column = query<IQVRTableUniqueColumn>(object);
-        return *column ? S_OK : E_NOINTERFACE;
+        return accessors::wrapSelected(element_, "ColumnUnique", self(), self(), column);
     });
 }
 
@@ -95,13 +90,7 @@ HRESULT CQVRCatalogTable::get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics)
         if (!extrinsics) return E_POINTER;
         *extrinsics = nullptr;
         if (!element_) return notInitialized();
-        Ref<IXMLDOMNode> node;
-        HRESULT hr = element_->selectSingleNode("Extrinsics", &node);
-        if (hr != S_OK) return hr;
-        Ref<IQVRCatalogObject> object;
-        if ((hr = CXMLDOMTool(node).createObject(self(), self(), &object)) != S_OK) return hr;
-        *extrinsics = query<IQVRCatalogExtrinsics>(object);
-        return *extrinsics ? S_OK : E_NOINTERFACE;
+        return accessors::wrapSelected(element_, "Extrinsics", self(), self(), extrinsics);
     });
 }
 

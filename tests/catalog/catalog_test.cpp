@@ -3,35 +3,14 @@
 
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "common/catalog_fixture.h"
+#include "common/temp_files.h"
 
 namespace qvr::testing {
 namespace {
 
-namespace fs = std::filesystem;
-
-class CatalogFiles : public ::testing::Test {
-protected:
-    fs::path dir =
-        fs::temp_directory_path() /
-        ("qvr-catalog-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
-         ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    void SetUp() override { fs::create_directories(dir); }
-    void TearDown() override { fs::remove_all(dir); }
-    std::string file(const char* name) const { return (dir / name).string(); }
-    void write(const char* name, const std::string& text) const {
-        std::ofstream(file(name), std::ios::binary) << text;
-    }
-    static std::string read(const std::string& path) {
-        std::ifstream in(path, std::ios::binary);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
-};
+using CatalogFiles = TempFiles;
 
 TEST_F(CatalogFiles, ANewDocumentHasItsExactForm) {
     Ref<IQVRCatalog> catalog = newCatalog("Fasteners");

@@ -88,15 +88,19 @@ inline Variant valueAt(IQVRCatalogTable* table, IQVRCatalogObject* column, const
     return value;
 }
 
-// Rows and cells by kind and key (a cell without one by kind alone), everything else by name
+// Rows, cells and recipes by kind and key (without one by kind alone), everything else by name
 // ("Table" for the table itself).
 inline std::string describeTableObject(IQVRCatalogObject* object) {
     QVRObjectType type = qvrCatalog;
     if (object) object->get_objectType(&type);
-    const std::string key = type == qvrInfoCell || type == qvrCell ? keyOf(object) : "";
+    const auto withKey = [&](const char* kind) {
+        const std::string key = keyOf(object);
+        return key.empty() ? std::string(kind) : kind + (" " + key);
+    };
     switch (type) {
-    case qvrInfoCell: return "Row " + key;
-    case qvrCell: return key.empty() ? "Cell" : "Cell " + key;
+    case qvrInfoCell: return withKey("Row");
+    case qvrCell: return withKey("Cell");
+    case qvrRecipe: return withKey("Recipe");
     case qvrTable: return "Table";
     default: return nameOf(object);
     }

@@ -1,0 +1,183 @@
+// Figures for a table of N rows by 10 columns, for N = 1,000, 10,000 and 100,000:
+//   build  every cell made by the table and appended to its column (the column already stands in
+//          the table, so each append registers or finds its row by the DOM layer's indexes);
+//   read   every cell found from its row object (getCell) and read typed (get_value);
+//   save   the document written to a file; load: that file read into a new table.
+// Each is also given per cell and as a ratio to building the same document with plain libxml2
+// calls in the same run. The goal is linear growth: the 100,000-row figures within 12 times the
+// 10,000-row ones.
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <libxml/tree.h>
+
+#include <qvr/table.h>
+
+using namespace qvr;
+
+namespace {
+
+constexpr int columnCount = 10;
+
+double secondsSince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+QVRColumnDataType typeOfColumn(int c) {
+    return c == 0 ? qvrDataTypeString : c % 2 ? qvrDataTypeFloat : qvrDataTypeInt;
+}
+
+std::string keyOfRow(int r) {
+    return "P-" + std::to_string(r);
+}
+
+Variant valueAt(int r, int c) {
+    switch (typeOfColumn(c)) {
+    case qvrDataTypeString: return Variant("M" + std::to_string(r % 97));
+    case qvrDataTypeFloat: return Variant(r * 0.5 + c);
+    default: return Variant(static_cast<std::int32_t>(r + c));
+    }
+}
+
+std::string textAt(int r, int c) {
+    Variant text;
+    changeType(&text, valueAt(r, c), LCID_EN_US, 0, VT_BSTR);
+    return text.str().str();
+}
+
+// The same document as the model writes, made with libxml2 alone: ids and idrefs, a register of
+// rows, ten columns of cells.
+double buildWithLibxml(int rows) {
+    const auto start = std::chrono::steady_clock::now();
+    xmlDocPtr doc = xmlNewDoc(BAD_CAST "1.0");
+    xmlNodePtr root = xmlNewDocNode(doc, nullptr, BAD_CAST "vCATTable", nullptr);
+    xmlDocSetRootElement(doc, root);
+    xmlSetProp(root, BAD_CAST "version", BAD_CAST "1.2");
+    xmlNodePtr unique = xmlNewChild(root, nullptr, BAD_CAST "ColumnUnique", nullptr);
+    xmlSetProp(unique, BAD_CAST "id", BAD_CAST "C0");
+    std::vector<xmlNodePtr> columns;
+    for (int c = 0; c < columnCount; ++c) {
+        xmlNodePtr column = xmlNewChild(root, nullptr, BAD_CAST "Column", nullptr);
+        xmlSetProp(column, BAD_CAST "id", BAD_CAST("C" + std::to_string(c + 1)).c_str());
+        xmlSetProp(column, BAD_CAST "name", BAD_CAST("Col" + std::to_string(c)).c_str());
+        columns.push_back(column);
+    }
+    for (int r = 0; r < rows; ++r) {
+        const std::string id = "R" + std::to_string(r);
+        xmlNodePtr row =
+            xmlNewTextChild(unique, nullptr, BAD_CAST "RowUnique", BAD_CAST keyOfRow(r).c_str());
+        xmlSetProp(row, BAD_CAST "id", BAD_CAST id.c_str());
+        for (int c = 0; c < columnCount; ++c) {
+            xmlNodePtr cell =
+                xmlNewTextChild(columns[c], nullptr, BAD_CAST "Row", BAD_CAST textAt(r, c).c_str());
+            xmlSetProp(cell, BAD_CAST "idref", BAD_CAST id.c_str());
+        }
+    }
+    xmlFreeDoc(doc);
+    return secondsSince(start);
+}
+
+struct Figures {
+    double build = 0, read = 0, save = 0, load = 0, libxml = 0;
+};
+
+Figures run(int rows) {
+    Figures f;
+    f.libxml = buildWithLibxml(rows);
+
+    Ref<IQVRCatalogTable> table;
+    CreateCatalogTable(&table);
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    table->create("/tmp/", "Bench", "en", &ok);
+    std::vector<Ref<IQVRTableColumn>> columns;
+    for (int c = 0; c < columnCount; ++c) {
+        Ref<IQVRTableColumn> column;
+        table->createColumn(typeOfColumn(c), "Col" + std::to_string(c), "", "", "", VARIANT_TRUE,
+                            &column);
+        table->appendChild(column, nullptr);
+        columns.push_back(column);
+    }
+
+    auto start = std::chrono::steady_clock::now();
+    for (int r = 0; r < rows; ++r) {
+        const String key(keyOfRow(r));
+        for (int c = 0; c < columnCount; ++c) {
+            Ref<IQVRTableCell> cell;
+            table->createCell(key, valueAt(r, c), &cell);
+            if (columns[c]->appendChild(cell, nullptr) != S_OK) std::printf("append failed\n");
+        }
+    }
+    f.build = secondsSince(start);
+
+    start = std::chrono::steady_clock::now();
+    Ref<IQVRTableUniqueColumn> unique;
+    table->get_uniqueColumn(&unique);
+    Ref<IQVRCatalogObjectList> rowList;
+    unique->get_childNodes(&rowList);
+    std::int32_t found = 0, misread = 0;
+    rowList->get_count(&found);
+    for (std::int32_t r = 1; r <= found; ++r) {
+        Ref<IQVRCatalogObject> item;
+        rowList->getItem(r, &item);
+        Ref<IQVRTableInfoCell> row = query<IQVRTableInfoCell>(item);
+        for (int c = 0; c < columnCount; ++c) {
+            Ref<IQVRTableCellObject> cell;
+            Variant value;
+            if (row->getCell(columns[c], &cell) != S_OK ||
+                query<IQVRTableCell>(cell)->get_value(&value) != S_OK ||
+                !(value == valueAt(r - 1, c)))
+                ++misread;
+        }
+    }
+    f.read = secondsSince(start);
+    if (found != rows || misread)
+        std::printf("read back %d rows, %d cells differ\n", found, misread);
+    rowList = nullptr;
+
+    const std::string path =
+        (std::filesystem::temp_directory_path() / "qvr-table-bench.xml").string();
+    start = std::chrono::steady_clock::now();
+    table->saveAs(Variant(path), &ok);
+    f.save = secondsSince(start);
+
+    start = std::chrono::steady_clock::now();
+    Ref<IQVRCatalogTable> loaded;
+    CreateCatalogTable(&loaded);
+    loaded->load(Variant(path), 0, &ok);
+    f.load = secondsSince(start);
+    if (ok != VARIANT_TRUE) std::printf("load failed\n");
+    std::filesystem::remove(path);
+    return f;
+}
+
+void print(const char* phase, double seconds, double cells, double libxml) {
+    std::printf("  %-6s %8.3f s %7.2f us/cell %7.1f x libxml2\n", phase, seconds,
+                seconds / cells * 1e6, seconds / libxml);
+}
+
+} // namespace
+
+int main() {
+    std::vector<Figures> all;
+    const int sizes[] = {1000, 10000, 100000};
+    for (int rows : sizes) {
+        const Figures f = run(rows);
+        const double cells = static_cast<double>(rows) * columnCount;
+        std::printf("%d rows x %d columns (%g cells); plain libxml2 build %.3f s (%.2f us/cell)\n",
+                    rows, columnCount, cells, f.libxml, f.libxml / cells * 1e6);
+        print("build", f.build, cells, f.libxml);
+        print("read", f.read, cells, f.libxml);
+        print("save", f.save, cells, f.libxml);
+        print("load", f.load, cells, f.libxml);
+        all.push_back(f);
+    }
+    const Figures& a = all[1];
+    const Figures& b = all[2];
+    std::printf("100,000 rows against 10,000 rows (linear: 10, goal: within 12): build %.1f, "
+                "read %.1f, save %.1f, load %.1f\n",
+                b.build / a.build, b.read / a.read, b.save / a.save, b.load / a.load);
+    return 0;
+}
