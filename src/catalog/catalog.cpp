@@ -5,6 +5,7 @@
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
+#include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
 #include "platform/url/url.h"
@@ -291,8 +292,7 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
             return S_OK;
         }
         Ref<IXMLDOMNode> node;
-        if ((hr = root->selectSingleNode(String("//*[@id = '") + id + "']", &node)) != S_OK)
-            return hr;
+        if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
         return CXMLDOMTool(node).createObject(self(), self(), object);
     });
 }

@@ -9,6 +9,7 @@
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
+#include "core/value_selection.h"
 #include "platform/com/cookie_table.h"
 #include "platform/com/messages.h"
 #include "transfer/object_vector.h"
@@ -30,9 +31,10 @@ void linkChild(IQVRCatalogObject* child, IQVRCatalogObject* catalog, IQVRCatalog
 } // namespace
 
 CXMLDOMTool::CXMLDOMTool(IXMLDOMNode* node) : node_(node) {
-    // A document is its own document: a tool around it can make elements and read its errors.
-    ownerDocument_ = query<IXMLDOMDocument>(node);
-    if (node_ && !ownerDocument_) node_->get_ownerDocument(&ownerDocument_);
+    // A document has no owner document: it is its own, so that a tool around it can make
+    // elements and read its errors. (Asked in this order, the common case costs no cast.)
+    if (node_ && node_->get_ownerDocument(&ownerDocument_) != S_OK)
+        ownerDocument_ = query<IXMLDOMDocument>(node);
 }
 
 CXMLDOMTool CXMLDOMTool::fromCookie(std::uint32_t cookie) {
@@ -255,8 +257,8 @@ HRESULT CXMLDOMTool::resolveInsertPosition(const Variant& position, const String
     case VT_BSTR:
         // A text that names no child answers S_FALSE, and the caller inserts nothing.
         if (!node_) return E_FAIL;
-        return node_->selectSingleNode(
-            String("*[@") + keyAttribute + " = '" + position.str() + "']", reference);
+        return selectOneWithValue(node_, std::string("*[@") + keyAttribute.str() + " = '",
+                                  position.str(), "']", reference);
     case VT_DISPATCH:
     case VT_UNKNOWN: {
         Ref<IQVRCatalogObject> object = query<IQVRCatalogObject>(position.object());
@@ -284,7 +286,8 @@ HRESULT CXMLDOMTool::checkUniqueAttribute(IXMLDOMElement* element, const String&
     }
     if (!node_) return S_OK; // no parent, no siblings
     Ref<IXMLDOMNodeList> same;
-    if (node_->selectNodes(String("*[@") + attribute + "='" + value + "']", &same) != S_OK)
+    if (selectAllWithValue(node_, std::string("*[@") + attribute.str() + "='", value, "']",
+                           &same) != S_OK)
         return S_OK;
     std::int32_t count = 0;
     same->get_length(&count);
@@ -300,7 +303,7 @@ HRESULT CXMLDOMTool::containsId(IQVRCatalogObject* object, VARIANT_BOOL* contain
     if (FAILED(hr)) return hr;
     if (!node_) return E_FAIL;
     Ref<IXMLDOMNode> found;
-    hr = node_->selectSingleNode(String(".//*[@id = '") + key + "']", &found);
+    hr = selectOneWithValue(node_, ".//*[@id = '", key, "']", &found);
     if (hr == S_OK) *contained = VARIANT_TRUE;
     return hr == S_FALSE ? S_OK : hr;
 }

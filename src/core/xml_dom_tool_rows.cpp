@@ -12,23 +12,28 @@
 
 #include "core/event_firing.h"
 #include "core/ids.h"
+#include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
 
 namespace qvr {
 namespace {
 
-const char* const uniqueColumnPath = "/vCATTable/ColumnUnique";
-
-// The element a selection found, as an element; S_FALSE and null when nothing was found.
-HRESULT selectElement(IXMLDOMNode* context, const String& xpath, Ref<IXMLDOMElement>* element) {
+// The element that `head` `value` `tail` selects below `context`, as an element; S_FALSE and null
+// when nothing was found. A value that would end the quoted literal is refused unevaluated.
+HRESULT selectElement(IXMLDOMNode* context, std::string_view head, const String& value,
+                      std::string_view tail, Ref<IXMLDOMElement>* element) {
     if (!element) return E_POINTER;
     *element = nullptr;
     if (!context) return E_FAIL;
     Ref<IXMLDOMNode> node;
-    HRESULT hr = context->selectSingleNode(xpath, &node);
+    HRESULT hr = selectOneWithValue(context, head, value, tail, &node);
     if (hr != S_OK) return hr;
     *element = query<IXMLDOMElement>(node);
     return *element ? S_OK : E_NOINTERFACE;
+}
+
+HRESULT selectUniqueColumn(IXMLDOMNode* document, Ref<IXMLDOMElement>* uniqueColumn) {
+    return selectElement(document, "/vCATTable/ColumnUnique", "", "", uniqueColumn);
 }
 
 HRESULT putIdref(IQVRCatalogObject* cell, const String& id) {
@@ -39,25 +44,23 @@ HRESULT putIdref(IQVRCatalogObject* cell, const String& id) {
 } // namespace
 
 HRESULT CXMLDOMTool::findRowByValue(const String& key, Ref<IXMLDOMElement>* row) {
-    return selectElement(ownerDocument_,
-                         String("/vCATTable/ColumnUnique/RowUnique[. = '") + key + "']", row);
+    return selectElement(ownerDocument_, "/vCATTable/ColumnUnique/RowUnique[. = '", key, "']", row);
 }
 
 HRESULT CXMLDOMTool::findRowById(const String& id, Ref<IXMLDOMElement>* row) {
     Ref<IXMLDOMElement> uniqueColumn;
-    HRESULT hr = selectElement(ownerDocument_, uniqueColumnPath, &uniqueColumn);
+    HRESULT hr = selectUniqueColumn(ownerDocument_, &uniqueColumn);
     if (hr != S_OK) {
         if (row) *row = nullptr;
         return hr;
     }
-    return selectElement(uniqueColumn, String("RowUnique[@id='") + id + "']", row);
+    return selectElement(uniqueColumn, "RowUnique[@id='", id, "']", row);
 }
 
 HRESULT CXMLDOMTool::findRowByIndex(std::int32_t index, Ref<IXMLDOMElement>* row) {
     // One more than the index: the selection counts its positions from 1.
-    const std::string position = std::to_string(static_cast<std::int64_t>(index) + 1);
-    return selectElement(ownerDocument_,
-                         String("/vCATTable/ColumnUnique/RowUnique[") + position + "]", row);
+    const String position(std::to_string(static_cast<std::int64_t>(index) + 1));
+    return selectElement(ownerDocument_, "/vCATTable/ColumnUnique/RowUnique[", position, "]", row);
 }
 
 HRESULT CXMLDOMTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cells) {
@@ -69,7 +72,7 @@ HRESULT CXMLDOMTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cel
     String id;
     HRESULT hr = row->getAttribute("id", &id);
     if (FAILED(hr)) return hr;
-    hr = ownerDocument_->selectNodes(String("/vCATTable//*[@idref='") + id + "']", cells);
+    hr = selectAllWithValue(ownerDocument_, "/vCATTable//*[@idref='", id, "']", cells);
     if (hr != S_OK) return hr;
     return (*cells)->get_length(count);
 }
@@ -87,7 +90,7 @@ HRESULT CXMLDOMTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* 
         String id;
         if (FAILED(hr = row->getAttribute("id", &id))) return hr;
         Ref<IXMLDOMNode> present;
-        hr = node_->selectSingleNode(String("*[@idref = '") + id + "']", &present);
+        hr = selectOneWithValue(node_, "*[@idref = '", id, "']", &present);
         if (FAILED(hr)) return hr;
         return present ? QVR_E_DUPLICATE : putIdref(cell, id);
     }
@@ -105,7 +108,7 @@ HRESULT CXMLDOMTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* 
     }
     Ref<IXMLDOMElement> newRow, uniqueColumn;
     if ((hr = ownerDocument_->createElement("RowUnique", &newRow)) != S_OK) return hr;
-    if ((hr = selectElement(ownerDocument_, uniqueColumnPath, &uniqueColumn)) != S_OK)
+    if ((hr = selectUniqueColumn(ownerDocument_, &uniqueColumn)) != S_OK)
         return FAILED(hr) ? hr : E_FAIL;
     const String id = newRowId();
     if (id.isNull()) return E_FAIL;
@@ -131,7 +134,7 @@ HRESULT CXMLDOMTool::removeRowForCell(IQVRCatalogObject* cell) {
     if (FAILED(hr = rowTool.selectIdRefs(&count, &cells))) return hr;
     if (count != 1) return S_OK; // other cells keep the row
     Ref<IXMLDOMElement> uniqueColumn;
-    if ((hr = selectElement(ownerDocument_, uniqueColumnPath, &uniqueColumn)) != S_OK)
+    if ((hr = selectUniqueColumn(ownerDocument_, &uniqueColumn)) != S_OK)
         return FAILED(hr) ? hr : E_FAIL;
     if (FAILED(hr = uniqueColumn->removeChild(row, nullptr))) return hr;
     Ref<IQVRCatalogObject> table;

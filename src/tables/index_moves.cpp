@@ -1,5 +1,8 @@
 #include "tables/index_moves.h"
 
+#include <algorithm>
+#include <climits>
+
 namespace qvr::index_moves {
 namespace {
 
@@ -8,6 +11,9 @@ bool isInteger(const Variant& v) {
 }
 std::int32_t integerOf(const Variant& v) {
     return v.vt() == VT_I2 ? v.i2() : v.i4();
+}
+std::int32_t clamped(std::int64_t place) {
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(place, INT32_MIN, INT32_MAX));
 }
 bool isTextOrObject(const Variant& v) {
     return v.vt() == VT_BSTR || v.isObject();
@@ -31,7 +37,8 @@ HRESULT moveAll(const Variant& from, std::int32_t to, const MoveOne& move) {
     // Each move shifts the places of what follows: an item from before the target makes the
     // next one's place one less, an item from behind it pushes the target one further.
     HRESULT hr = S_OK;
-    std::int32_t shift = 0, target = to, previous = 0;
+    // Wide enough that no walk over any places overflows; the places handed on are clamped.
+    std::int64_t shift = 0, target = to, previous = 0;
     bool first = true;
     for (const Variant& element : from.items()) {
         if (!isInteger(element)) {
@@ -46,7 +53,7 @@ HRESULT moveAll(const Variant& from, std::int32_t to, const MoveOne& move) {
         }
         first = false;
         const std::int32_t place = integerOf(element);
-        hr = move(place + shift, target);
+        hr = move(clamped(place + shift), clamped(target));
         previous = place;
     }
     return hr;

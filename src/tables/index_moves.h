@@ -4,6 +4,7 @@
 // differ in what one move is and in how they answer when they have no element.
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <functional>
 
@@ -31,7 +32,7 @@ HRESULT moveAll(const Variant& from, std::int32_t to, const MoveOne& move);
 // Where an item taken from `from` is inserted to stand before the item that stood at `to`: the
 // removal has shifted what stood behind it.
 constexpr std::int32_t insertionPlace(std::int32_t from, std::int32_t to) {
-    return from > to ? to : to - 1;
+    return from > to || to == INT32_MIN ? to : to - 1;
 }
 
 } // namespace qvr::index_moves

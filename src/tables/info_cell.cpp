@@ -1,5 +1,9 @@
 #include "tables/info_cell.h"
 
+#include <string>
+
+#include "core/value_selection.h"
+
 namespace qvr {
 namespace {
 
@@ -66,13 +70,13 @@ HRESULT CQVRTableInfoCell::getCell(IQVRCatalogObject* column, Ref<IQVRTableCellO
         // of another tag (which a column of the model never holds) is the column searched for
         // the first cell of the kind's own tag.
         Ref<IXMLDOMNode> found;
-        if ((hr = columnNode->selectSingleNode(String("*[@idref = '") + id + "']", &found)) != S_OK)
+        if ((hr = selectOneWithValue(columnNode, "*[@idref = '", id, "']", &found)) != S_OK)
             return hr;
         String tag;
         if (FAILED(hr = found->get_nodeName(&tag))) return hr;
         if (tag != kind->cellTag &&
-            (hr = columnNode->selectSingleNode(String(kind->cellTag) + "[@idref = '" + id + "']",
-                                               &found)) != S_OK)
+            (hr = selectOneWithValue(columnNode, std::string(kind->cellTag) + "[@idref = '", id,
+                                     "']", &found)) != S_OK)
             return hr;
         Ref<IQVRCatalogObject> object;
         if ((hr = CXMLDOMTool(found).createObject(catalogRef(), column, &object)) != S_OK)

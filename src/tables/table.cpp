@@ -2,6 +2,7 @@
 
 #include "core/event_firing.h"
 #include "core/ids.h"
+#include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
 #include "formulas/column_freezer.h"
 #include "platform/com/failure.h"
@@ -170,7 +171,7 @@ HRESULT CQVRCatalogTable::columnFromVariant(const Variant& key, Ref<IQVRCatalogO
     case VT_BSTR: {
         // The attribute is spelled "Id" here, and so matches no column of the model.
         Ref<IXMLDOMNode> node;
-        if (element_->selectSingleNode(String("*[@Id = '") + key.str() + "']", &node) != S_OK)
+        if (selectOneWithValue(element_, "*[@Id = '", key.str(), "']", &node) != S_OK)
             return report(135, QVR_E_NOTFOUND);
         if ((hr = CXMLDOMTool(node).createObject(self(), self(), column)) != S_OK) return hr;
         break;

@@ -81,7 +81,8 @@ HRESULT CQVRTableUniqueColumn::moveRow(std::int32_t from, std::int32_t to) {
     const Ref<IQVRCatalogObject> table = catalogRef();
     CXMLDOMTool tool(element());
     Ref<IXMLDOMElement> rowNode;
-    HRESULT hr = tool.findRowByIndex(from - 1, &rowNode);
+    // A place below 1 names no row (and stays clear of overflowing the index).
+    HRESULT hr = from < 1 ? S_FALSE : tool.findRowByIndex(from - 1, &rowNode);
     if (hr != S_OK) return hr; // no such row: nothing moves
     const Variant place(index_moves::insertionPlace(from, to));
 

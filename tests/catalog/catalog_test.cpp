@@ -223,6 +223,10 @@ TEST(Catalog, FindByIdLooksForGuidTexts) {
     EXPECT_EQ(catalog->findById("0123456789-0123456789-0123456789-01", &found), E_FAIL);
     // An apostrophe breaks the selection, and that failure comes back.
     EXPECT_EQ(catalog->findById("0123456789-0123456789-0123456789-0'", &found), E_FAIL);
+    // Even where the pasted text would make a well-formed query of its own, it is not run.
+    EXPECT_EQ(catalog->findById("x'] | //*[@id='0123456789-0123456789-0123456789-01", &found),
+              E_FAIL);
+    EXPECT_FALSE(found);
 }
 
 TEST(Catalog, TheLibraryCanUnloadWhenTheLastObjectGoes) {

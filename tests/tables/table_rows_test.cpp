@@ -68,6 +68,13 @@ TEST(TableRows, ASecondCellForARowInOneColumnIsRefusedAndTakenOut) {
     ASSERT_EQ(second->get_domNode(&node), S_OK);
     EXPECT_EQ(node->get_parentNode(&parent), S_FALSE);
 
+    // A key that would break the selection is refused by the DOM layer, and the cell taken out.
+    Ref<IQVRTableCell> quoted;
+    ASSERT_EQ(table->createCell("O'Brien", Variant("3"), &quoted), S_OK);
+    EXPECT_EQ(length->appendChild(quoted, nullptr), E_FAIL);
+    EXPECT_EQ(childTags(length), "Row");
+    EXPECT_EQ(rowKeys(table), "A-10");
+
     // A column takes only cells, and removes only cells.
     EXPECT_EQ(length->appendChild(uniqueColumnOf(table), nullptr), E_FAIL);
     EXPECT_EQ(lastError(), "You can only append a Cell as a child of this object.");
@@ -197,6 +204,10 @@ TEST(TableRows, MoveRowsByPlaceAndByAnArrayOfPlaces) {
         EXPECT_EQ(unique->moveRows(Variant(1.0), Variant(std::int32_t(2))), E_INVALIDARG);
         EXPECT_EQ(unique->moveRows(Variant(std::int32_t(1)), Variant("C")), E_NOTIMPL);
         EXPECT_EQ(unique->moveRows(Variant("A"), Variant(std::int32_t(2))), E_NOTIMPL);
+        Variant extremes = Variant::array({Variant(std::int32_t(INT32_MIN)),
+                                           Variant(std::int32_t(INT32_MIN)), Variant(INT32_MAX)});
+        EXPECT_EQ(unique->moveRows(extremes, Variant(std::int32_t(INT32_MAX))), S_FALSE);
+        EXPECT_EQ(unique->moveRows(Variant(std::int32_t(0)), Variant(std::int32_t(1))), S_FALSE);
         EXPECT_EQ(rowKeys(rows.table), "A B C D E F");
     }
 }

@@ -201,26 +201,26 @@ void Index::buildRows() {
     rowsBuilt_ = true;
 }
 
-void Index::addAttributes(xmlNodePtr element) {
+template <class F>
+void Index::forEachIndexedAttribute(xmlNodePtr element, F&& f) {
     std::string scratch;
     for (xmlAttrPtr attr = element->properties; attr; attr = attr->next) {
         if (attr->ns) continue;
         if (xmlStrEqual(attr->name, BAD_CAST kIdName))
-            add(byId_, valueOf(attr, scratch), element);
+            f(byId_, valueOf(attr, scratch));
         else if (xmlStrEqual(attr->name, BAD_CAST kIdrefName))
-            add(byIdref_, valueOf(attr, scratch), element);
+            f(byIdref_, valueOf(attr, scratch));
     }
 }
 
+void Index::addAttributes(xmlNodePtr element) {
+    forEachIndexedAttribute(
+        element, [&](Table& table, std::string_view value) { add(table, value, element); });
+}
+
 void Index::removeAttributes(xmlNodePtr element) {
-    std::string scratch;
-    for (xmlAttrPtr attr = element->properties; attr; attr = attr->next) {
-        if (attr->ns) continue;
-        if (xmlStrEqual(attr->name, BAD_CAST kIdName))
-            erase(byId_, valueOf(attr, scratch), element);
-        else if (xmlStrEqual(attr->name, BAD_CAST kIdrefName))
-            erase(byIdref_, valueOf(attr, scratch), element);
-    }
+    forEachIndexedAttribute(
+        element, [&](Table& table, std::string_view value) { erase(table, value, element); });
 }
 
 void Index::addRow(xmlNodePtr row) {

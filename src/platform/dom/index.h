@@ -62,6 +62,9 @@ private:
     void buildRows();
     void addAttributes(xmlNodePtr element);
     void removeAttributes(xmlNodePtr element);
+    // Calls `f(table, value)` for each attribute of `element` that one of the tables indexes.
+    template <class F>
+    void forEachIndexedAttribute(xmlNodePtr element, F&& f);
     void addRow(xmlNodePtr row);
     void removeRow(xmlNodePtr row);
     // The table row that holds `node` (or is it), if any.

@@ -18,6 +18,8 @@ std::atomic<std::uint64_t> answered{0};
 
 enum class Shape {
     DescendantById,    // .//*[@id = 'X'] relative to any node
+    DocumentById,      // //*[@id = 'X'] anywhere in the document
+    ChildById,         // *[@id='X'] among the children of the context
     TableRowByKey,     // /vCATTable/ColumnUnique/RowUnique[. = 'KEY']
     ChildRowById,      // RowUnique[@id='ID'] relative to ColumnUnique
     TableRowById,      // /vCATTable/ColumnUnique/RowUnique[@id='ID']
@@ -36,6 +38,10 @@ struct ShapeForm {
 constexpr ShapeForm kShapeForms[] = {
     {".//*[@id = '", "']", Shape::DescendantById},
     {".//*[@id='", "']", Shape::DescendantById},
+    {"//*[@id = '", "']", Shape::DocumentById},
+    {"//*[@id='", "']", Shape::DocumentById},
+    {"*[@id='", "']", Shape::ChildById},
+    {"*[@id = '", "']", Shape::ChildById},
     {"/vCATTable/ColumnUnique/RowUnique[. = '", "']", Shape::TableRowByKey},
     {"/vCATTable/ColumnUnique/RowUnique[.='", "']", Shape::TableRowByKey},
     {"RowUnique[@id='", "']", Shape::ChildRowById},
@@ -148,6 +154,15 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
             index.withId(value),
             [&](xmlNodePtr e) { return isDocument(context) || isStrictDescendant(e, context); },
             firstOnly, nodes);
+        return true;
+    case Shape::DocumentById:
+        collect(
+            index.withId(value), [](xmlNodePtr) { return true; }, firstOnly, nodes);
+        return true;
+    case Shape::ChildById:
+        collect(
+            index.withId(value), [&](xmlNodePtr e) { return e->parent == context; }, firstOnly,
+            nodes);
         return true;
     case Shape::TableRowByKey:
         collect(

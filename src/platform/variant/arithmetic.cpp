@@ -340,7 +340,10 @@ HRESULT varCat(const Variant& l, const Variant& r, Variant* out) {
     });
 }
 
-HRESULT varDiv(const Variant& l, const Variant& r, Variant* out) {
+// The operators that work on two Doubles whatever the operands' types: Null gives Null, and
+// `f` maps the two numbers to a result or a failure.
+template <class F>
+HRESULT doubleOperation(const Variant& l, const Variant& r, Variant* out, F&& f) {
     return operation(out, [&](Variant* o) {
         if (!isOperand(l) || !isOperand(r)) return DISP_E_TYPEMISMATCH;
         if (l.isNull() || r.isNull()) {
@@ -352,11 +355,18 @@ HRESULT varDiv(const Variant& l, const Variant& r, Variant* out) {
         if (FAILED(hr = doubleOf(l, kOperatorLocale, &a)) ||
             FAILED(hr = doubleOf(r, kOperatorLocale, &b)))
             return hr;
-        if (b == 0) return a == 0 ? DISP_E_OVERFLOW : DISP_E_DIVBYZERO; // 0/0 has no value
-        double v = a / b;
-        if (!std::isfinite(v)) return DISP_E_OVERFLOW;
+        double v = 0;
+        if (FAILED(hr = f(a, b, &v))) return hr;
         *o = Variant(v);
         return S_OK;
+    });
+}
+
+HRESULT varDiv(const Variant& l, const Variant& r, Variant* out) {
+    return doubleOperation(l, r, out, [](double a, double b, double* v) -> HRESULT {
+        if (b == 0) return a == 0 ? DISP_E_OVERFLOW : DISP_E_DIVBYZERO; // 0/0 has no value
+        *v = a / b;
+        return std::isfinite(*v) ? S_OK : DISP_E_OVERFLOW;
     });
 }
 
@@ -369,21 +379,10 @@ HRESULT varMod(const Variant& l, const Variant& r, Variant* out) {
 }
 
 HRESULT varPow(const Variant& l, const Variant& r, Variant* out) {
-    return operation(out, [&](Variant* o) {
-        if (!isOperand(l) || !isOperand(r)) return DISP_E_TYPEMISMATCH;
-        if (l.isNull() || r.isNull()) {
-            *o = Variant::null();
-            return S_OK;
-        }
-        double a, b;
-        HRESULT hr;
-        if (FAILED(hr = doubleOf(l, kOperatorLocale, &a)) ||
-            FAILED(hr = doubleOf(r, kOperatorLocale, &b)))
-            return hr;
-        double v = std::pow(a, b);
-        if (std::isnan(v)) return E_INVALIDARG; // a negative number to a fractional power
-        if (std::isinf(v)) return a == 0 ? DISP_E_DIVBYZERO : DISP_E_OVERFLOW;
-        *o = Variant(v);
+    return doubleOperation(l, r, out, [](double a, double b, double* v) -> HRESULT {
+        *v = std::pow(a, b);
+        if (std::isnan(*v)) return E_INVALIDARG; // a negative number to a fractional power
+        if (std::isinf(*v)) return a == 0 ? DISP_E_DIVBYZERO : DISP_E_OVERFLOW;
         return S_OK;
     });
 }

@@ -1,0 +1,21 @@
+// Selections with a value pasted into a quoted literal, as the model builds them by plain
+// concatenation (`*[@id = '` value `']`). A value holding an apostrophe would end the literal and
+// could turn the rest of the value into query text, so such a selection is refused as malformed
+// (E_FAIL, the status of a selection that does not parse) and never evaluated.
+#pragma once
+
+#include <string_view>
+
+#include <qvr/dom.h>
+
+namespace qvr {
+
+// head + value + tail, or null when the value cannot stand inside the literal.
+String selectionWithValue(std::string_view head, const String& value, std::string_view tail);
+
+HRESULT selectOneWithValue(IXMLDOMNode* node, std::string_view head, const String& value,
+                           std::string_view tail, Ref<IXMLDOMNode>* found);
+HRESULT selectAllWithValue(IXMLDOMNode* node, std::string_view head, const String& value,
+                           std::string_view tail, Ref<IXMLDOMNodeList>* found);
+
+} // namespace qvr
