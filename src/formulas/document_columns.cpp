@@ -1,12 +1,13 @@
 #include "formulas/document_columns.h"
 
+#include "core/value_selection.h"
+
 namespace qvr {
 namespace {
 
-// A value with an apostrophe would end the literal of the selection it is pasted into: such a
-// lookup is refused as a malformed selection and never evaluated.
-bool breaksSelection(const String& value) {
-    return value.view().find('\'') != std::string_view::npos;
+// Whether `name` can be pasted into a selection; a name that cannot is never looked up.
+bool fitsSelection(const String& name) {
+    return !selectionWithValue("", name, "").isNull();
 }
 
 // Whether `column` has the `dataType` "string", exactly.
@@ -65,13 +66,14 @@ HRESULT DocumentColumns::name(std::int32_t index, String* name) {
 
 FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& rowId) {
     Lookup found;
-    if (breaksSelection(name) || breaksSelection(rowId)) {
+    // For the document this is one selection with both the name and the row id pasted in.
+    const String cellPath = selectionWithValue("*[@idref = '", rowId, "']");
+    if (cellPath.isNull() || !fitsSelection(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }
     // The first `Row` in document order among the columns of that name: columns in their order,
     // and in each the first cell of the row.
-    const String cellPath = String("*[@idref = '") + rowId.view() + "']";
     const auto count = static_cast<std::int32_t>(columns_.size());
     for (std::int32_t i = 0; i < count; ++i) {
         if (!isNamed(i, false, name)) continue;
@@ -100,7 +102,7 @@ FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& r
 
 FormulaColumns::Lookup DocumentColumns::constant(const String& name) {
     Lookup found;
-    if (breaksSelection(name)) {
+    if (!fitsSelection(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }

@@ -178,15 +178,6 @@ TEST_F(CalculatedColumn, ItsOwnOperations) {
                                             "unit=\"pcs\" visible=\"0\"/>")))
         << xml;
 
-    // A copy has a new id and the same formula.
-    Ref<IQVRCatalogObject> copy;
-    ASSERT_EQ(weight->cloneNode(VARIANT_TRUE, &copy), S_OK);
-    EXPECT_NE(keyOf(copy), keyOf(weight));
-    String formula;
-    ASSERT_EQ(weight->put_expression("Length"), S_OK);
-    ASSERT_EQ(query<IQVRTableCalculatedColumn>(copy)->get_expression(&formula), S_OK);
-    EXPECT_EQ(formula, "");
-
     // A change of the formula is told, and nothing is checked.
     TableListener listener(table);
     EXPECT_EQ(weight->put_expression("1 +"), S_OK);

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "formulas/active_script.h"
 #include "formulas/script_site.h"
 #include "platform/com/object_base.h"
 #include "vbscript/script_object.h"
@@ -67,39 +66,6 @@ TEST(ScriptSite, AnswersTheEngine) {
     String version("v");
     EXPECT_EQ(site->GetDocVersionString(&version), S_OK);
     EXPECT_EQ(version, "v");
-}
-
-TEST(ScriptSite, DrivesAnEngine) {
-    Ref<NamedThing> column = makeObject<NamedThing>();
-    Ref<CScriptSite> site = CScriptSite::create(column.get());
-    Ref<IActiveScript> script;
-    ASSERT_EQ(createScriptEngine(&script), S_OK);
-    Ref<IActiveScriptParse> parse = query<IActiveScriptParse>(script);
-    ASSERT_TRUE(parse);
-    // The order of the protocol is kept.
-    EXPECT_EQ(script->AddNamedItem(CScriptSite::itemName, SCRIPTITEM_ISVISIBLE), E_UNEXPECTED);
-    EXPECT_EQ(script->SetScriptSite(site), S_OK);
-    EXPECT_EQ(parse->InitNew(), S_OK);
-    EXPECT_EQ(script->AddNamedItem(CScriptSite::itemName, SCRIPTITEM_ISVISIBLE), S_OK);
-    EXPECT_EQ(script->AddNamedItem("Unknown", SCRIPTITEM_ISVISIBLE), S_OK);
-
-    Variant result;
-    vbscript::ScriptException error;
-    EXPECT_EQ(parse->ParseScriptText("QVRTableCalculatedColumn.Name & \"x\"", CScriptSite::itemName,
-                                     nullptr, String(), 0, 0, SCRIPTTEXT_ISEXPRESSION, &result,
-                                     &error),
-              S_OK);
-    EXPECT_EQ(result.str(), "M8x");
-    EXPECT_EQ(parse->ParseScriptText("IsEmpty(Unknown)", CScriptSite::itemName, nullptr, String(),
-                                     0, 0, SCRIPTTEXT_ISEXPRESSION, &result, &error),
-              S_OK);
-    EXPECT_EQ(result.vt(), VT_BOOL);
-    EXPECT_EQ(parse->ParseScriptText("1 +", String(), nullptr, String(), 0, 0,
-                                     SCRIPTTEXT_ISEXPRESSION, &result, &error),
-              vbscript::OLESCRIPT_E_SYNTAX);
-    EXPECT_EQ(error.description, "Expected expression");
-    EXPECT_EQ(parse->ParseScriptText("1", String(), nullptr, String(), 0, 0, 0, &result, &error),
-              E_NOTIMPL);
 }
 
 } // namespace
