@@ -66,6 +66,9 @@ private:
     Ref<IQVRCatalogObjectList> tableCache();
     // Drops the cache entry of the part's table; a table object that a caller holds lives on.
     void closeTable();
+    // Where `reference` points: a URL or absolute path as it stands, a relative one behind the
+    // catalog's base.
+    HRESULT resolveReference(const String& reference, String* path);
     // Loads the table that the reference names, resolved against the catalog's base when it is
     // relative, as a table attached to this part under `key`; enters it in the cache when
     // `enterInCache` is set. An empty reference answers S_FALSE and reports nothing.

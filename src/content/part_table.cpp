@@ -54,15 +54,8 @@ HRESULT CQVRCatalogPart::loadTable(const String& key, bool enterInCache,
     if (hr != S_OK) return hr; // also an empty reference: no table, and nothing to report
     Ref<IQVRCatalogObject> catalog;
     get_catalog(&catalog);
-    String path = reference;
-    if (!url::isUrl(reference.view()) && url::isRelative(reference.view())) {
-        // Relative to the catalog: its base and the reference, joined with nothing between.
-        Ref<IQVRCatalog> root = query<IQVRCatalog>(catalog);
-        String base;
-        if (!root || FAILED(root->get_baseUrl(&base))) return report(122);
-        path = base + reference.view();
-    }
-    if (path.isEmpty()) return report(122);
+    String path;
+    if (resolveReference(reference, &path) != S_OK || path.isEmpty()) return report(122);
     Ref<CQVRCatalogTable> loaded = makeObject<CQVRCatalogTable>();
     if ((hr = loaded->attachToCatalog(catalog, self(), Variant(path), key)) != S_OK) return hr;
     if (enterInCache)
@@ -72,6 +65,19 @@ HRESULT CQVRCatalogPart::loadTable(const String& key, bool enterInCache,
             tables->appendChild(loaded->self(), &done);
         }
     *table = loaded.get();
+    return S_OK;
+}
+
+HRESULT CQVRCatalogPart::resolveReference(const String& reference, String* path) {
+    *path = reference;
+    if (url::isUrl(reference.view()) || !url::isRelative(reference.view())) return S_OK;
+    // Relative to the catalog: its base and the reference, joined with nothing between.
+    Ref<IQVRCatalogObject> catalog;
+    get_catalog(&catalog);
+    Ref<IQVRCatalog> root = query<IQVRCatalog>(catalog);
+    String base;
+    if (!root || FAILED(root->get_baseUrl(&base))) return E_FAIL;
+    *path = base + reference.view();
     return S_OK;
 }
 
@@ -183,9 +189,12 @@ HRESULT CQVRCatalogPart::copyTable(IQVRCatalogPart* source, IQVRCatalogPart* cop
         if (!table) return E_NOINTERFACE;
         const String name = copiedReference(reference);
         if (FAILED(hr = to->put_tableRef(name))) return hr;
-        String base;
-        original->get_baseUrl(&base);
-        if (FAILED(hr = table->put_url(Variant(base + name.view())))) return hr;
+        // The copy's file is where its part's reference will look for it. (Joining the new
+        // name to the source table's own folder would double a folder that the reference
+        // names, and the copy would be written where no reference finds it.)
+        String path;
+        if ((hr = to->resolveReference(name, &path)) != S_OK) return hr;
+        if (FAILED(hr = table->put_url(Variant(path)))) return hr;
         // The copy reaches its file when the catalog saves its tables.
         Ref<IQVRCatalogObjectList> tables = to->tableCache();
         VARIANT_BOOL done = VARIANT_FALSE;

@@ -231,6 +231,17 @@ TEST_F(PartTable, DeepCloneCopiesTheTable) {
     EXPECT_EQ(query<IQVRCatalogPart>(shallow)->get_tableRef(&reference), S_FALSE);
     EXPECT_EQ(openCount(), open);
     EXPECT_EQ(heard.take(), "");
+
+    // A copy of a table in a folder of its own is written where its part's reference points.
+    writeTable("tables/m8.xml", "In a folder");
+    part->put_tableRef("tables/m8.xml");
+    Ref<IQVRCatalogObject> folderCopy;
+    ASSERT_EQ(part->cloneNode(VARIANT_TRUE, &folderCopy), S_OK);
+    ASSERT_EQ(chapter->appendChild(folderCopy, nullptr), S_OK);
+    query<IQVRCatalogPart>(folderCopy)->get_tableRef(&reference);
+    ASSERT_EQ(catalog->saveAs(Variant(path("catalog.xml")), &done), S_OK);
+    EXPECT_TRUE(holds(reference.str())) << reference;
+    EXPECT_NE(readFile(reference.str()).find("desc=\"In a folder\""), std::string::npos);
 }
 
 } // namespace
