@@ -3,6 +3,8 @@
 // parts and meet a container with a last child guard.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <qvr/catalog.h>
 
 #include "core/catalog_object.h"

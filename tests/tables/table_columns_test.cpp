@@ -1,5 +1,6 @@
 // Columns: their description, their place among the table's children, and the rows of the cells
 // they bring along or take away.
+#include "common/stand_in_classes.h"
 #include "tables/table_fixture.h"
 
 namespace qvr::testing {
@@ -157,6 +158,36 @@ TEST(TableColumns, TheTableRegistersTheRowsOfTheCellsAColumnBringsAndTakes) {
     EXPECT_EQ(table->appendChild(placed, nullptr), E_FAIL);
     EXPECT_EQ(lastError(), "A child with the same id already exists.");
     EXPECT_EQ(columnNames(table), "Placed");
+}
+
+// The Extrinsics of the table stand right behind the unique column; a column's stand first,
+// ahead of its cells.
+TEST(TableColumns, ExtrinsicsTakeTheirPlaces) {
+    Ref<IQVRCatalogTable> table = newTable();
+    Ref<IQVRTableColumn> length = addColumn(table, "Length");
+    ASSERT_EQ(addCell(table, length, "A", Variant("1")), S_OK);
+    Ref<IXMLDOMElement> root;
+    Ref<IXMLDOMDocument> document;
+    ASSERT_EQ(table->get_domNode(&root), S_OK);
+    ASSERT_EQ(root->get_ownerDocument(&document), S_OK);
+    Ref<StandInExtrinsics> forTable, forColumn;
+    ASSERT_EQ(createNewWrapper<StandInExtrinsics>(document, table, &forTable), S_OK);
+    ASSERT_EQ(createNewWrapper<StandInExtrinsics>(document, table, &forColumn), S_OK);
+    TableListener listener(table);
+
+    ASSERT_EQ(table->putref_extrinsics(forTable), S_OK);
+    EXPECT_EQ(childTags(table), "ColumnUnique Extrinsics Column");
+    ASSERT_EQ(length->putref_extrinsics(forColumn), S_OK);
+    EXPECT_EQ(childTags(length), "Extrinsics Row");
+    EXPECT_EQ(listener.take(), "changed Table | changed Length");
+    Ref<IQVRCatalogObjectList> cells;
+    ASSERT_EQ(length->get_childNodes(&cells), S_OK);
+    EXPECT_EQ(keysIn(cells), "A"); // the Extrinsics are no cell
+
+    ASSERT_EQ(table->putref_extrinsics(nullptr), S_OK);
+    ASSERT_EQ(table->putref_extrinsics(nullptr), S_OK); // nothing to remove, told all the same
+    EXPECT_EQ(childTags(table), "ColumnUnique Column");
+    EXPECT_EQ(listener.take(), "changed Table | changed Table");
 }
 
 } // namespace
