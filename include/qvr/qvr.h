@@ -14,4 +14,8 @@
 #include <qvr/order.h>
 #include <qvr/stream.h>
 #include <qvr/string.h>
+#include <qvr/table.h>
+#include <qvr/table_cache.h>
+#include <qvr/table_cells.h>
+#include <qvr/table_columns.h>
 #include <qvr/variant.h>
