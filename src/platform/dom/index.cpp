@@ -78,6 +78,7 @@ xmlNodePtr Index::rowAbove(xmlNodePtr node) {
 }
 
 void Index::reset() noexcept {
+    structureChanged();
     attributesBuilt_ = rowsBuilt_ = false;
     byId_.clear();
     byIdref_.clear();
@@ -97,6 +98,7 @@ void Index::guard(Change&& change) noexcept {
 }
 
 void Index::removing(xmlNodePtr top) {
+    structureChanged();
     if ((!attributesBuilt_ && !rowsBuilt_) || !inTree(top)) return;
     guard([&] {
         walkSubtree(top, [&](xmlNodePtr node) {
@@ -109,6 +111,7 @@ void Index::removing(xmlNodePtr top) {
 }
 
 void Index::inserted(xmlNodePtr top) {
+    structureChanged();
     if ((!attributesBuilt_ && !rowsBuilt_) || !inTree(top)) return;
     guard([&] {
         walkSubtree(top, [&](xmlNodePtr node) {
@@ -118,6 +121,40 @@ void Index::inserted(xmlNodePtr top) {
             return false;
         });
     });
+}
+
+void Index::rowsAt(std::size_t n, bool firstOnly, std::vector<xmlNodePtr>* nodes) {
+    xmlNodePtr root = xmlDocGetRootElement(doc_);
+    if (!isPlainElement(root, "vCATTable") || n == 0) return;
+    if (!rowOrderValid_ && positionalLookups_++ >= 1) {
+        rowOrder_.clear();
+        for (xmlNodePtr column = root->children; column; column = column->next) {
+            if (!isPlainElement(column, "ColumnUnique")) continue;
+            auto& rows = rowOrder_.emplace_back();
+            for (xmlNodePtr row = column->children; row; row = row->next)
+                if (isPlainElement(row, "RowUnique")) rows.push_back(row);
+        }
+        rowOrderValid_ = true;
+    }
+    if (rowOrderValid_) {
+        for (const auto& rows : rowOrder_) {
+            if (n > rows.size()) continue;
+            nodes->push_back(rows[n - 1]);
+            if (firstOnly) return;
+        }
+        return;
+    }
+    for (xmlNodePtr column = root->children; column; column = column->next) {
+        if (!isPlainElement(column, "ColumnUnique")) continue;
+        std::size_t seen = 0;
+        for (xmlNodePtr row = column->children; row; row = row->next) {
+            if (isPlainElement(row, "RowUnique") && ++seen == n) {
+                nodes->push_back(row);
+                break;
+            }
+        }
+        if (firstOnly && !nodes->empty()) return;
+    }
 }
 
 void Index::textChanged(xmlNodePtr at) {

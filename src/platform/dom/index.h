@@ -38,6 +38,12 @@ public:
     // Table rows (`/vCATTable/ColumnUnique/RowUnique`) whose text is `key`, in no particular order.
     const std::vector<xmlNodePtr>& rowsWithKey(std::string_view key);
 
+    // The rows that `/vCATTable/ColumnUnique/RowUnique[n]` selects: the n-th (one-based) row of
+    // each `ColumnUnique` of a table root, in document order (the first only when `firstOnly`).
+    // A run of such lookups with no change of the tree between them is answered from a list of
+    // the rows in order, made at the run's second lookup; a single lookup walks to its row.
+    void rowsAt(std::size_t n, bool firstOnly, std::vector<xmlNodePtr>* nodes);
+
     // True when `node` stands in the document's tree (its top is the document node).
     static bool inTree(xmlNodePtr node);
     // True when `element` is a row of a table: `RowUnique` below `ColumnUnique` below the root
@@ -56,6 +62,12 @@ private:
         std::unordered_map<std::string, std::vector<xmlNodePtr>, TextHash, std::equal_to<>>;
 
     void reset() noexcept;
+    // Any insertion or removal: the list of rows in order no longer holds.
+    void structureChanged() noexcept {
+        rowOrder_.clear();
+        rowOrderValid_ = false;
+        positionalLookups_ = 0;
+    }
     template <class Change>
     void guard(Change&& change) noexcept;
     void buildAttributes();
@@ -77,6 +89,10 @@ private:
     Table byIdref_;
     Table rowsByKey_;
     std::unordered_map<xmlNodePtr, std::string> keyOfRow_;
+    // The rows of each ColumnUnique of the root, in order; valid until the tree changes.
+    std::vector<std::vector<xmlNodePtr>> rowOrder_;
+    bool rowOrderValid_ = false;
+    unsigned positionalLookups_ = 0;
 };
 
 } // namespace qvr::dom

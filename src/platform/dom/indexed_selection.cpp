@@ -103,23 +103,6 @@ void collect(const std::vector<xmlNodePtr>& candidates, Keep&& keep, bool firstO
     }
 }
 
-// The n-th RowUnique of each ColumnUnique of the table root, in document order.
-void rowsAt(xmlDocPtr doc, std::size_t n, bool firstOnly, std::vector<xmlNodePtr>* nodes) {
-    xmlNodePtr root = xmlDocGetRootElement(doc);
-    if (!isPlainElement(root, "vCATTable") || n == 0) return;
-    for (xmlNodePtr column = root->children; column; column = column->next) {
-        if (!isPlainElement(column, "ColumnUnique")) continue;
-        std::size_t seen = 0;
-        for (xmlNodePtr row = column->children; row; row = row->next) {
-            if (isPlainElement(row, "RowUnique") && ++seen == n) {
-                nodes->push_back(row);
-                break;
-            }
-        }
-        if (firstOnly && !nodes->empty()) return;
-    }
-}
-
 } // namespace
 
 void IndexedSelection::setEnabled(bool enabled) {
@@ -191,7 +174,7 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
             nodes);
         return true;
     case Shape::TableRowAt:
-        rowsAt(context->doc, std::stoul(std::string(value)), firstOnly, nodes);
+        index.rowsAt(std::stoul(std::string(value)), firstOnly, nodes);
         return true;
     }
     return false;

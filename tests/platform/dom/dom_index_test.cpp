@@ -218,10 +218,12 @@ public:
     }
 
     // Compares one random query on one random context; false (with a message) on a difference.
-    bool compareOnce(int step) {
+    bool compareOnce(int step) { return compare(step, randomQuery()); }
+
+    // Compares `xpath` on one random context.
+    bool compare(int step, const std::string& xpath) {
         Ref<IXMLDOMNode> context = pick(4) == 0 ? Ref<IXMLDOMNode>(docs_[pick(2)]) : anyNode(false);
         if (!context) return true;
-        const std::string xpath = randomQuery();
         const Answer indexed = ask(context, xpath, true);
         const Answer plain = ask(context, xpath, false);
         if (indexed == plain) return true;
@@ -245,6 +247,10 @@ TEST(DomIndex, AnswersEqualXPathAfterRandomChanges) {
         for (int step = 0; step < 400 && same; ++step) {
             run.change();
             for (int q = 0; q < 6 && same; ++q) same = run.compareOnce(step);
+            // Runs of positional lookups with no change between them.
+            for (int n = 0; n < 6 && same; ++n)
+                same = run.compare(step, "/vCATTable/ColumnUnique/RowUnique[" +
+                                             std::to_string(n % 3 + 1) + "]");
         }
     }
     EXPECT_EQ(CanUnloadNow(), S_OK);
@@ -304,3 +310,35 @@ TEST(DomIndex, ShapesFollowChangesInDocumentOrder) {
 
 } // namespace
 } // namespace qvr
+
+namespace qvr::dom {
+namespace {
+
+TEST(DomIndex, RowsByPlaceFollowInsertionsAndRemovals) {
+    auto doc = parseXml(kTable);
+    auto unique = elementAt(doc, "/vCATTable/ColumnUnique");
+    const char* second = "/vCATTable/ColumnUnique/RowUnique[2]";
+    // A run of lookups by place is answered from the rows in order...
+    EXPECT_EQ(textOf(selectOne(doc, second)), "B");
+    EXPECT_EQ(textOf(selectOne(doc, second)), "B");
+    EXPECT_EQ(textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[3]")), "C");
+    // ...which a new row, a removed row and a moved row all change.
+    Ref<IXMLDOMElement> fresh;
+    doc->createElement("RowUnique", &fresh);
+    fresh->put_text("New");
+    Ref<IXMLDOMNode> first;
+    unique->get_firstChild(&first);
+    ASSERT_EQ(unique->insertBefore(fresh, first, nullptr), S_OK);
+    EXPECT_EQ(textOf(selectOne(doc, second)), "A");
+    EXPECT_EQ(textOf(selectOne(doc, second)), "A");
+    ASSERT_EQ(unique->removeChild(fresh, nullptr), S_OK);
+    EXPECT_EQ(textOf(selectOne(doc, second)), "B");
+    EXPECT_EQ(textOf(selectOne(doc, second)), "B");
+    ASSERT_EQ(unique->appendChild(first, nullptr), S_OK); // A moves behind C
+    EXPECT_EQ(textOf(selectOne(doc, second)), "C");
+    Ref<IXMLDOMNode> none;
+    EXPECT_EQ(doc->selectSingleNode("/vCATTable/ColumnUnique/RowUnique[4]", &none), S_FALSE);
+}
+
+} // namespace
+} // namespace qvr::dom
