@@ -21,6 +21,7 @@
 #include <qvr/object.h>
 #include <qvr/object_list.h>
 #include <qvr/stream.h>
+#include <qvr/table_cache.h>
 
 namespace qvr {
 
@@ -41,6 +42,9 @@ public:
     virtual HRESULT put_desc(const String& desc) = 0;
     // The whole document as text.
     virtual HRESULT get_xml(String* xml) = 0;
+    // The table cache (qvr/table_cache.h): the open tables of the catalog's parts. It lives as
+    // long as the catalog and needs no document.
+    virtual HRESULT get_tables(Ref<IQVRCatalogObjectList>* tables) = 0;
     // The folder URL against which relative references resolve, with a trailing "/".
     virtual HRESULT get_baseUrl(String* baseUrl) = 0;
     // A path is stored in its URL form. A value that already is a URL is stored as it is and
@@ -51,11 +55,14 @@ public:
     virtual HRESULT putref_host(IUnknown* host) = 0;
     // Loads a file (path or file: URL). A file that does not parse reports "XML parse error:"
     // with the details; a root other than vCAT reports "The .xml file is not an vCATCatalog
-    // file." with QVR_E_NOTCATALOG.
+    // file." with QVR_E_NOTCATALOG. The table cache is emptied first, also when the load fails.
     virtual HRESULT load(const Variant& source, VARIANT_BOOL* done) = 0;
     virtual HRESULT loadXML(const String& xml, VARIANT_BOOL* done) = 0;
     // Saves to where the document was last loaded from or saved to.
     virtual HRESULT save(VARIANT_BOOL* done) = 0;
+    // Saves every open table whose part is still in the catalog (each to its own URL), then the
+    // catalog. A table that fails stops it all: "Error while saving table" and the table's path,
+    // under the table's status, and the catalog is not written.
     virtual HRESULT saveAs(const Variant& target, VARIANT_BOOL* done) = 0;
     // A new document with the given name and language; `baseUrl` as put_baseUrl takes it.
     virtual HRESULT create(const String& baseUrl, const String& name, const String& language,

@@ -88,17 +88,37 @@ public:
     virtual HRESULT moveRows(const Variant& from, const Variant& to) = 0;
 };
 
-// The kinds of column that arrive with their own operations later.
+// A column with one value for all rows, in `constant`. It holds no cells.
 class IQVRTableConstColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableConstColumn)
+
+    // The constant; absent: S_FALSE. A "float" constant is stored with a decimal point and shown
+    // in the notation of the user's locale ("7,85" under de-DE).
+    virtual HRESULT get_constant(String* constant) = 0;
+    // A "float" constant is read in the user's notation and stored with a decimal point; a text
+    // that is no number, and the constant of any other type, is stored as it stands.
+    virtual HRESULT put_constant(const String& constant) = 0;
 };
 
+// A column whose value at a row is computed from its `expression`, a VBScript expression in
+// which the names of the table's plain and const columns stand for their values at that row. It
+// holds no cells. A formula reaches the column itself as "QVRTableCalculatedColumn".
 class IQVRTableCalculatedColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableCalculatedColumn)
+
+    // The formula; absent: S_FALSE and `expression` untouched.
+    virtual HRESULT get_expression(String* expression) = 0;
+    // Stores the formula as it is; it is not checked until it is calculated.
+    virtual HRESULT put_expression(const String& expression) = 0;
+    // The value at `row`: a text is the row's key, a number its one-based index. An empty
+    // formula gives S_OK and an empty value. A formula the engine refuses is reported with the
+    // formula, the text as it was evaluated, the column, the table and the part.
+    virtual HRESULT calculate(const Variant& row, Variant* result) = 0;
 };
 
+// The kinds that arrive with their own operations later.
 class IQVRTableRefColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableRefColumn)

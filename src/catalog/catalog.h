@@ -4,11 +4,15 @@
 //
 // Its own changes (insertBefore, removeChild, put_name, put_desc) go to its sinks directly; the
 // changes of its objects climb to it through their catalog link.
+//
+// Beside the document it owns the table cache: the documents of the tables its parts have opened,
+// which a save writes before the catalog, and a new document (create, load, loadXML) forgets.
 #pragma once
 
 #include <qvr/catalog.h>
 
 #include "core/root_object.h"
+#include "transfer/table_cache.h"
 
 namespace qvr {
 
@@ -53,6 +57,7 @@ public:
     HRESULT get_desc(String* desc) override;
     HRESULT put_desc(const String& desc) override;
     HRESULT get_xml(String* xml) override;
+    HRESULT get_tables(Ref<IQVRCatalogObjectList>* tables) override;
     HRESULT get_baseUrl(String* baseUrl) override;
     HRESULT put_baseUrl(const String& baseUrl) override;
     HRESULT getHostStream(Ref<IStream>* stream) override;
@@ -72,10 +77,15 @@ private:
     // The end of load and loadXML: the parse failure's text, then the check of the root.
     HRESULT checkLoaded(HRESULT loadStatus);
     HRESULT buildDocument(const String& name, const String& language);
+    // Saves each table of the cache whose part is still in the document, in key order; the first
+    // failure is reported with the table's path and ends the walk.
+    HRESULT saveTables();
     template <class T, class I>
     HRESULT createElementObject(const String& name, Ref<I>* out);
 
     IUnknown* host_ = nullptr; // opaque and not counted: the host keeps itself alive
+    // The open tables of the catalog's parts; made with the catalog, lives as long as it.
+    Ref<CQVRCatalogObjectTableCache> tables_;
 };
 
 } // namespace qvr

@@ -8,9 +8,6 @@
 namespace qvr {
 namespace {
 
-const char* const tableRefUrl = "TableRef/URL";
-const char* const href = "xlink:href";
-
 // The attributes of a new TableRef/URL, written in this order.
 struct LinkAttribute {
     const char* name;
@@ -35,15 +32,21 @@ HRESULT CQVRCatalogPart::fillNew(const String& name) {
     return hr;
 }
 
+HRESULT CQVRCatalogPart::selectTableLink(Ref<IXMLDOMElement>* link) {
+    Ref<IXMLDOMNode> node;
+    const HRESULT hr = element()->selectSingleNode(tableRefUrl, &node);
+    *link = query<IXMLDOMElement>(node);
+    return hr;
+}
+
 HRESULT CQVRCatalogPart::get_tableRef(String* tableRef) {
     return guarded([&] {
         if (!tableRef) return E_POINTER;
         *tableRef = String();
         if (!initialized()) return notInitialized();
-        Ref<IXMLDOMNode> node;
-        HRESULT hr = element()->selectSingleNode(tableRefUrl, &node);
+        Ref<IXMLDOMElement> url;
+        HRESULT hr = selectTableLink(&url);
         if (hr != S_OK) return hr;
-        Ref<IXMLDOMElement> url = query<IXMLDOMElement>(node);
         if (!url || (hr = url->getAttribute(href, tableRef)) != S_OK) return S_FALSE;
         return tableRef->isEmpty() ? S_FALSE : S_OK;
     });
@@ -53,10 +56,9 @@ HRESULT CQVRCatalogPart::put_tableRef(const String& tableRef) {
     return guarded([&] {
         if (tableRef.isNull()) return E_POINTER;
         if (!initialized()) return notInitialized();
-        Ref<IXMLDOMNode> node;
-        HRESULT hr = element()->selectSingleNode(tableRefUrl, &node);
+        Ref<IXMLDOMElement> url;
+        HRESULT hr = selectTableLink(&url);
         if (FAILED(hr)) return hr;
-        Ref<IXMLDOMElement> url = query<IXMLDOMElement>(node);
         if (url) {
             String present;
             if (url->getAttribute(href, &present) != S_OK) return S_FALSE; // left alone
@@ -65,8 +67,9 @@ HRESULT CQVRCatalogPart::put_tableRef(const String& tableRef) {
         } else if ((hr = makeTableLink(tableRef)) != S_OK) {
             return hr;
         }
-        // A new reference closes the table that was open under the part's key; that entry
-        // leaves the catalog's table cache, which arrives with the tables.
+        // A new reference closes the table that was open: the next getTable loads from the new
+        // place.
+        closeTable();
         fireChanged();
         return S_OK;
     });
@@ -87,15 +90,6 @@ HRESULT CQVRCatalogPart::makeTableLink(const String& tableRef) {
         if (hr != S_OK) return hr;
     }
     return S_OK;
-}
-
-HRESULT CQVRCatalogPart::copyTable(IQVRCatalogPart* source, IQVRCatalogPart*, const String&) {
-    String reference;
-    HRESULT hr = source ? source->get_tableRef(&reference) : E_POINTER;
-    if (FAILED(hr)) return hr;
-    if (reference.isEmpty()) return S_OK; // nothing to hand over
-    // Copying a table document arrives with the table cache.
-    return E_NOTIMPL;
 }
 
 HRESULT CQVRCatalogPart::cloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* clone) {
@@ -119,19 +113,6 @@ HRESULT CQVRCatalogPart::cloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* cl
         if (FAILED(hr)) *clone = nullptr;
         return FAILED(hr) ? hr : S_OK;
     });
-}
-
-HRESULT CQVRCatalogPart::getTable(std::int32_t, Ref<IQVRCatalogTable>* table) {
-    // Opening the part's table arrives with the table document and its cache.
-    return table ? E_NOTIMPL : E_POINTER;
-}
-
-HRESULT CQVRCatalogPart::setTableLocation(const String&, const String&, const String&) {
-    return E_NOTIMPL;
-}
-
-HRESULT CQVRCatalogPart::attachTable(IQVRCatalogTable*) {
-    return E_NOTIMPL;
 }
 
 } // namespace qvr

@@ -3,6 +3,8 @@
 #include "content/chapter.h"
 #include "content/part.h"
 #include "core/object_types.h"
+#include "formulas/calculated_column.h"
+#include "tables/const_column.h"
 #include "tables/info_cell.h"
 #include "tables/recipe.h"
 #include "tables/table_cell.h"
@@ -39,8 +41,8 @@ constexpr TagRow tagTable[] = {
     {"Row", qvrCell, &createWrapper<CQVRTableCell>},
     {"Column", qvrTableColumn, &createWrapper<CQVRTableColumn>},
     {"ColumnConstView", qvrConstView, nullptr},
-    {"ColumnConst", qvrConstColumn, nullptr},
-    {"ColumnCalc", qvrCalculatedColumn, nullptr},
+    {"ColumnConst", qvrConstColumn, &createWrapper<CQVRTableConstColumn>},
+    {"ColumnCalc", qvrCalculatedColumn, &createWrapper<CQVRTableCalculatedColumn>},
     {"OrderTarget", qvrOrderTarget, nullptr},
     {"OrderMethod", qvrOrderMethod, nullptr},
     {"OrderMethods", qvrOrderMethods, nullptr},

@@ -4,6 +4,7 @@
 #include "core/ids.h"
 #include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
+#include "formulas/column_freezer.h"
 #include "platform/com/failure.h"
 #include "tables/index_moves.h"
 
@@ -195,14 +196,7 @@ HRESULT CQVRCatalogTable::freezeCalculatedColumns(VARIANT_BOOL* ok) {
         if (!ok) return E_POINTER;
         *ok = VARIANT_FALSE;
         if (!element_) return report(116);
-        Ref<IXMLDOMNodeList> calculated;
-        std::int32_t count = 0;
-        HRESULT hr = element_->selectNodes("/vCATTable/ColumnCalc", &calculated);
-        if (hr == S_OK) hr = calculated->get_length(&count);
-        if (hr != S_OK) return hr;
-        if (count > 0) return E_NOTIMPL; // computing values arrives with calculated columns
-        *ok = VARIANT_TRUE;
-        return S_OK;
+        return ColumnFreezer::freezeAll(this, element_, ok);
     });
 }
 

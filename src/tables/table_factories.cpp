@@ -5,7 +5,9 @@
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
+#include "formulas/calculated_column.h"
 #include "platform/com/failure.h"
+#include "tables/const_column.h"
 #include "tables/info_cell.h"
 #include "tables/recipe.h"
 #include "tables/table.h"
@@ -58,6 +60,31 @@ HRESULT CQVRCatalogTable::createRecipe(const String& application, Ref<IQVRTableR
         EventFreeze freeze;
         return createChild<CQVRTableRecipe>(
             recipe, [&](CQVRTableRecipe& created) { return created.put_application(application); });
+    });
+}
+
+HRESULT CQVRCatalogTable::createConstColumn(QVRColumnDataType dataType, const String& name,
+                                            const String& constant, const String& attrib,
+                                            const String& desc, const String& unit,
+                                            VARIANT_BOOL visible,
+                                            Ref<IQVRTableConstColumn>* column) {
+    return createChild<CQVRTableConstColumn>(column, [&](CQVRTableConstColumn& created) {
+        // The constant goes first, while no type stands: it is stored as given.
+        HRESULT hr = created.put_constant(constant);
+        if (hr == S_OK) hr = created.describeNew(dataType, name, attrib, desc, unit, visible);
+        return hr;
+    });
+}
+
+HRESULT CQVRCatalogTable::createCalculatedColumn(QVRColumnDataType dataType, const String& name,
+                                                 const String& expression, const String& attrib,
+                                                 const String& desc, const String& unit,
+                                                 VARIANT_BOOL visible,
+                                                 Ref<IQVRTableCalculatedColumn>* column) {
+    return createChild<CQVRTableCalculatedColumn>(column, [&](CQVRTableCalculatedColumn& created) {
+        HRESULT hr = created.put_expression(expression);
+        if (hr == S_OK) hr = created.describeNew(dataType, name, attrib, desc, unit, visible);
+        return hr;
     });
 }
 
@@ -125,19 +152,6 @@ HRESULT CQVRCatalogTable::createConstView(QVRViewKey, IQVRCatalogObject*, const 
                                           const String&, VARIANT_BOOL,
                                           Ref<IQVRTableConstView>* view) {
     return notYet(view);
-}
-
-HRESULT CQVRCatalogTable::createConstColumn(QVRColumnDataType, const String&, const String&,
-                                            const String&, const String&, const String&,
-                                            VARIANT_BOOL, Ref<IQVRTableConstColumn>* column) {
-    return notYet(column);
-}
-
-HRESULT CQVRCatalogTable::createCalculatedColumn(QVRColumnDataType, const String&, const String&,
-                                                 const String&, const String&, const String&,
-                                                 VARIANT_BOOL,
-                                                 Ref<IQVRTableCalculatedColumn>* column) {
-    return notYet(column);
 }
 
 } // namespace qvr

@@ -1,22 +1,103 @@
-// The demo: a small catalog built through the public API, the events a listener heard while it
-// was built, and the document that came out.
+// The demo: what a client of the library does, from an empty folder to a catalog read back.
+//
+//   1. In a fresh temporary folder it builds a catalog of fasteners: chapters, parts, and for each
+//      part a table with plain, const and calculated columns and a few rows.
+//   2. It edits the catalog while a listener hears every change, then saves the catalog, which
+//      writes the open tables first.
+//   3. It loads the files as a new client would and prints the tree, and each part's table with
+//      the values its calculated columns compute.
+//
+// The folder is removed at the end; run with --keep to look at the files.
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include <qvr/catalog.h>
 #include <qvr/qvr.h>
+#include <qvr/table.h>
 
 using namespace qvr;
 
 namespace {
 
-std::string nameOf(IQVRCatalogObject* object) {
-    Variant name;
-    return object && object->getValue("@name", &name) == S_OK ? name.str().str() : "(unnamed)";
+// --- What the demo builds ------------------------------------------------------------------
+
+enum class Kind { Plain, Const, Calculated };
+
+// The columns of every part's table. A const column holds one value for all rows; a calculated
+// column holds a formula over the other columns' names, worked out when asked.
+struct DemoColumn {
+    Kind kind;
+    const char* name;
+    QVRColumnDataType type;
+    const char* unit;
+    const char* text; // the constant or the formula
+};
+const DemoColumn demoColumns[] = {
+    {Kind::Plain, "Thread", qvrDataTypeString, "", ""},
+    {Kind::Plain, "Length", qvrDataTypeInt, "mm", ""},
+    {Kind::Plain, "Diameter", qvrDataTypeFloat, "mm", ""},
+    {Kind::Plain, "Stock", qvrDataTypeInt, "pcs", ""},
+    {Kind::Const, "Density", qvrDataTypeFloat, "g/cm3", "7.85"},
+    {Kind::Calculated, "Mass", qvrDataTypeFloat, "g",
+     "Round(3.14159 * (Diameter / 2) ^ 2 * Length * Density / 1000, 1)"},
+    {Kind::Calculated, "Designation", qvrDataTypeString, "", "Thread & \" x \" & Length"},
+};
+
+// The parts, by chapter, with the rows of their tables (one row per length).
+struct DemoPart {
+    const char* chapter;
+    const char* name;
+    const char* file;
+    const char* thread;
+    double diameter;
+    std::vector<int> lengths;
+};
+const DemoPart demoParts[] = {
+    {"Hexagon head bolts", "Hex bolt M8", "hex-bolt-m8.xml", "M8", 8.0, {20, 40, 60}},
+    {"Hexagon head bolts", "Hex bolt M10", "hex-bolt-m10.xml", "M10", 10.0, {30, 50}},
+    {"Socket head cap screws", "Socket screw M6", "socket-screw-m6.xml", "M6", 6.0, {16, 25}},
+};
+
+// --- Small helpers -------------------------------------------------------------------------
+
+// A step that failed: the library's message is in the thread's error record.
+void check(HRESULT hr, const std::string& step) {
+    if (hr == S_OK) return;
+    ErrorInfo info;
+    std::string why = GetErrorInfo(&info) ? info.description.str() : "no message";
+    char status[16];
+    std::snprintf(status, sizeof status, "0x%08X", static_cast<unsigned>(hr));
+    throw std::runtime_error(step + " failed (" + status + "): " + why);
 }
 
-// Writes down every event it hears.
+std::string text(const Variant& value) {
+    Variant shown;
+    if (value.isEmpty() || changeType(&shown, value, LCID_EN_US, 0, VT_BSTR) != S_OK) return "";
+    return shown.str().str();
+}
+
+std::string nameOf(IQVRCatalogObject* object) {
+    Variant name;
+    return object && object->getValue("@name", &name) == S_OK ? text(name) : "";
+}
+
+std::string keyOf(IQVRCatalogObject* object) {
+    String key;
+    if (object) object->get_key(&key);
+    return key.str();
+}
+
+QVRObjectType typeOf(IQVRCatalogObject* object) {
+    QVRObjectType type = qvrCatalog;
+    if (object) object->get_objectType(&type);
+    return type;
+}
+
+// A listener at the catalog: it writes down each change, with what changed.
 class Listener final : public IQVRCatalogEvents {
 public:
     std::vector<std::string> heard;
@@ -38,66 +119,327 @@ public:
 
 private:
     HRESULT note(const char* what, IQVRCatalogObject* object) {
-        heard.push_back(std::string(what) + " " + nameOf(object));
+        std::string subject;
+        switch (typeOf(object)) {
+        case qvrChapter: subject = "chapter " + nameOf(object); break;
+        case qvrPart: subject = "part " + nameOf(object); break;
+        case qvrTable: subject = "a table"; break;
+        case qvrCell: subject = "the cell of row " + keyOf(object); break;
+        default: subject = "column " + nameOf(object); break;
+        }
+        heard.push_back(std::string(what) + " " + subject);
         return S_OK;
     }
     std::uint32_t refs_ = 0;
 };
 
-} // namespace
+// --- 1. Building ---------------------------------------------------------------------------
 
-int main() {
+Ref<IQVRCatalogObject> newColumn(IQVRCatalogTable* table, const DemoColumn& plan) {
+    HRESULT hr = E_FAIL;
+    Ref<IQVRCatalogObject> column;
+    if (plan.kind == Kind::Plain) {
+        Ref<IQVRTableColumn> plain;
+        hr = table->createColumn(plan.type, plan.name, "", "", plan.unit, VARIANT_TRUE, &plain);
+        column = plain.get();
+    } else if (plan.kind == Kind::Const) {
+        Ref<IQVRTableConstColumn> constant;
+        hr = table->createConstColumn(plan.type, plan.name, plan.text, "", "", plan.unit,
+                                      VARIANT_TRUE, &constant);
+        column = constant.get();
+    } else {
+        Ref<IQVRTableCalculatedColumn> calculated;
+        hr = table->createCalculatedColumn(plan.type, plan.name, plan.text, "", "", plan.unit,
+                                           VARIANT_TRUE, &calculated);
+        column = calculated.get();
+    }
+    check(hr, std::string("create the column ") + plan.name);
+    check(table->appendChild(column, nullptr), std::string("append the column ") + plan.name);
+    return column;
+}
+
+// One cell: the value of row `row` in `column`.
+void addCell(IQVRCatalogTable* table, IQVRCatalogObject* column, const std::string& row,
+             const Variant& value) {
+    Ref<IQVRTableCell> cell;
+    check(table->createCell(row, value, &cell), "create a cell");
+    check(column->appendChild(cell, nullptr), "add the cell of row " + row);
+}
+
+// The part's table, saved next to the catalog and attached to the part. The part then refers to
+// it by a path relative to the catalog, so the folder can move as a whole.
+void giveTable(IQVRCatalogPart* part, const DemoPart& plan, const std::string& folder) {
+    Ref<IQVRCatalogTable> table;
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    check(CreateCatalogTable(&table), "create a table");
+    check(table->create(folder, std::string(plan.name) + ", steel, zinc plated", "en", &ok),
+          "start the table");
+    std::vector<Ref<IQVRCatalogObject>> columns;
+    for (const DemoColumn& column : demoColumns) columns.push_back(newColumn(table, column));
+    for (const int length : plan.lengths) {
+        const std::string row = std::string(plan.thread) + "x" + std::to_string(length);
+        addCell(table, columns[0], row, Variant(plan.thread));
+        addCell(table, columns[1], row, Variant(std::int32_t{length}));
+        addCell(table, columns[2], row, Variant(plan.diameter));
+        addCell(table, columns[3], row, Variant(std::int32_t{500}));
+    }
+    check(table->saveAs(Variant(folder + plan.file), &ok), "save the table");
+    check(part->attachTable(table), "attach the table");
+    check(part->setTableLocation(folder, "", plan.file), "make the reference relative");
+}
+
+Ref<IQVRCatalog> buildCatalog(const std::string& folder) {
     Ref<IQVRCatalog> catalog;
-    CreateCatalog(&catalog);
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    check(CreateCatalog(&catalog), "create the catalog");
+    check(catalog->create(folder, "Fasteners", "en", &ok), "start the catalog");
+    check(catalog->put_desc("Bolts and screws of the demo"), "describe the catalog");
+    Ref<IQVRCatalogChapter> top;
+    check(catalog->createChapter("Bolts and screws", &top), "create a chapter");
+    check(catalog->appendChild(top, nullptr), "append the chapter");
+    std::vector<Ref<IQVRCatalogChapter>> chapters;
+    for (const DemoPart& plan : demoParts) {
+        auto chapter = std::find_if(chapters.begin(), chapters.end(),
+                                    [&](const auto& c) { return nameOf(c) == plan.chapter; });
+        if (chapter == chapters.end()) {
+            Ref<IQVRCatalogChapter> made;
+            check(catalog->createChapter(plan.chapter, &made), "create a chapter");
+            check(top->appendChild(made, nullptr), "append the chapter");
+            chapter = chapters.insert(chapters.end(), made);
+        }
+        Ref<IQVRCatalogPart> part;
+        check(catalog->createPart(plan.name, &part), "create a part");
+        check((*chapter)->appendChild(part, nullptr), "append the part");
+        giveTable(part, plan, folder);
+    }
+    return catalog;
+}
+
+// --- 2. Editing with a listener ------------------------------------------------------------
+
+Ref<IQVRCatalogPart> partNamed(IQVRCatalogObject* parent, const std::string& name) {
+    Ref<IQVRCatalogObjectList> children;
+    if (parent->get_childNodes(&children) != S_OK || !children) return nullptr;
+    for (Ref<IQVRCatalogObject> child : *children) {
+        if (typeOf(child) == qvrPart && nameOf(child) == name) return query<IQVRCatalogPart>(child);
+        if (Ref<IQVRCatalogPart> found = partNamed(child, name)) return found;
+    }
+    return nullptr;
+}
+
+Ref<IQVRCatalogObject> columnNamed(IQVRCatalogTable* table, const std::string& name) {
+    Ref<IQVRCatalogObjectList> columns;
+    check(table->get_childNodes(&columns), "list the columns");
+    for (Ref<IQVRCatalogObject> column : *columns)
+        if (nameOf(column) == name) return column;
+    throw std::runtime_error("no column " + name);
+}
+
+// The cell of `row` in `column`, through the row object.
+Ref<IQVRTableCell> cellAt(IQVRCatalogTable* table, IQVRCatalogObject* column,
+                          const std::string& row) {
+    Ref<IQVRTableUniqueColumn> rows;
+    Ref<IQVRCatalogObjectList> rowList;
+    check(table->get_uniqueColumn(&rows), "find the rows");
+    check(rows->get_childNodes(&rowList), "list the rows");
+    for (Ref<IQVRCatalogObject> each : *rowList) {
+        Ref<IQVRTableCellObject> cell;
+        if (keyOf(each) == row && query<IQVRTableInfoCell>(each)->getCell(column, &cell) == S_OK)
+            return query<IQVRTableCell>(cell);
+    }
+    return nullptr;
+}
+
+void edit(IQVRCatalog* catalog) {
+    // A value in a part's table: the change reaches the catalog's listener.
+    Ref<IQVRCatalogPart> m8 = partNamed(catalog, "Hex bolt M8");
+    Ref<IQVRCatalogTable> table;
+    check(m8->getTable(0, &table), "open the table of Hex bolt M8");
+    check(cellAt(table, columnNamed(table, "Stock"), "M8x40")->put_value(Variant(0)),
+          "change the stock of M8x40");
+
+    check(partNamed(catalog, "Hex bolt M10")->put_desc("Also sold in boxes of 100"),
+          "describe a part");
+
+    // A deep copy of a part takes a copy of its table along, under a new file name. The copy is
+    // made silently; its table is written by the next save.
+    Ref<IQVRCatalogObject> copy, chapter;
+    check(m8->cloneNode(VARIANT_TRUE, &copy), "copy a part");
+    Ref<IQVRCatalogPart> stainless = query<IQVRCatalogPart>(copy);
+    check(stainless->put_name("Hex bolt M8 stainless"), "rename the copy");
+    check(m8->get_parentNode(&chapter), "find the chapter");
+    check(chapter->appendChild(copy, nullptr), "insert the copy");
+    Ref<IQVRCatalogTable> copiedTable;
+    check(stainless->getTable(0, &copiedTable), "open the copied table");
+    check(copiedTable->put_desc("Hex bolt M8, stainless steel A2"), "describe the copied table");
+    check(query<IQVRTableConstColumn>(columnNamed(copiedTable, "Density"))->put_constant("7.93"),
+          "change the density of stainless steel");
+}
+
+// --- 3. Reading back -----------------------------------------------------------------------
+
+void printTree(IQVRCatalogObject* object, int depth) {
+    Ref<IQVRCatalogObjectList> children;
+    if (object->get_childNodes(&children) != S_OK || !children) return;
+    for (Ref<IQVRCatalogObject> child : *children) {
+        std::string line = std::string(2 * depth, ' ') + nameOf(child);
+        String reference;
+        if (Ref<IQVRCatalogPart> part = query<IQVRCatalogPart>(child)) {
+            part->get_tableRef(&reference);
+            line.resize(std::max<std::size_t>(line.size() + 2, 36), ' ');
+            line += "table " + reference.str();
+        }
+        std::printf("%s\n", line.c_str());
+        printTree(child, depth + 1);
+    }
+}
+
+// The value of `column` at `row`: a cell's value, the constant, or the computed value.
+std::string valueAt(IQVRCatalogTable* table, IQVRCatalogObject* column, const std::string& row) {
+    if (auto calculated = query<IQVRTableCalculatedColumn>(column)) {
+        Variant value;
+        check(calculated->calculate(Variant(row), &value), "calculate " + nameOf(column));
+        return text(value);
+    }
+    if (auto constant = query<IQVRTableConstColumn>(column)) {
+        String value;
+        constant->get_constant(&value);
+        return value.str();
+    }
+    Variant value;
+    Ref<IQVRTableCell> cell = cellAt(table, column, row);
+    if (cell) cell->get_value(&value);
+    return text(value);
+}
+
+void printTable(IQVRCatalogPart* part) {
+    Ref<IQVRCatalogTable> table;
+    check(part->getTable(0, &table), "open the table of " + nameOf(part));
+    String desc;
+    table->get_desc(&desc);
+    std::printf("\n%s: %s\n", nameOf(part).c_str(), desc.str().c_str());
+
+    // One line per row, a column per table column; the unit (or "const", "calc") above.
+    Ref<IQVRCatalogObjectList> columns, rowList;
+    Ref<IQVRTableUniqueColumn> rows;
+    check(table->get_childNodes(&columns), "list the columns");
+    check(table->get_uniqueColumn(&rows), "find the rows");
+    check(rows->get_childNodes(&rowList), "list the rows");
+    std::vector<std::vector<std::string>> lines(2);
+    lines[0].push_back("row");
+    lines[1].push_back("");
+    for (Ref<IQVRCatalogObject> column : *columns) {
+        auto* columnObject = dynamic_cast<IQVRTableColumnObject*>(column.get());
+        String unit;
+        if (columnObject) columnObject->get_unit(&unit);
+        const QVRObjectType type = typeOf(column);
+        lines[0].push_back(nameOf(column));
+        lines[1].push_back(type == qvrCalculatedColumn ? "calc " + unit.str()
+                           : type == qvrConstColumn    ? "const " + unit.str()
+                                                       : unit.str());
+    }
+    for (Ref<IQVRCatalogObject> row : *rowList) {
+        std::vector<std::string> line{keyOf(row)};
+        for (Ref<IQVRCatalogObject> column : *columns)
+            line.push_back(valueAt(table, column, keyOf(row)));
+        lines.push_back(line);
+    }
+    std::vector<std::size_t> widths(lines[0].size(), 0);
+    for (const auto& line : lines)
+        for (std::size_t i = 0; i < line.size(); ++i)
+            widths[i] = std::max(widths[i], line[i].size());
+    for (const auto& line : lines) {
+        std::string shown = " ";
+        for (std::size_t i = 0; i < line.size(); ++i)
+            shown += " " + line[i] + std::string(widths[i] - line[i].size() + 1, ' ');
+        while (!shown.empty() && shown.back() == ' ') shown.pop_back();
+        std::printf("%s\n", shown.c_str());
+    }
+    for (Ref<IQVRCatalogObject> column : *columns)
+        if (auto calculated = query<IQVRTableCalculatedColumn>(column)) {
+            String formula;
+            calculated->get_expression(&formula);
+            std::printf("  %s = %s\n", nameOf(column).c_str(), formula.str().c_str());
+        }
+}
+
+void printTables(IQVRCatalogObject* object) {
+    Ref<IQVRCatalogObjectList> children;
+    if (object->get_childNodes(&children) != S_OK || !children) return;
+    for (Ref<IQVRCatalogObject> child : *children) {
+        if (Ref<IQVRCatalogPart> part = query<IQVRCatalogPart>(child)) printTable(part);
+        printTables(child);
+    }
+}
+
+// --- The story -----------------------------------------------------------------------------
+
+void run(const std::string& folder) {
+    std::printf("Working in %s\n\n", folder.c_str());
+
+    std::printf("1. Building a catalog of fasteners with a table per part\n");
+    Ref<IQVRCatalog> catalog = buildCatalog(folder);
+    Ref<IQVRCatalogObjectList> tables;
+    std::int32_t open = 0;
+    check(catalog->get_tables(&tables), "find the open tables");
+    tables->get_count(&open);
+    std::printf("   %zu parts, %d tables open in the catalog, %zu columns each\n\n",
+                std::size(demoParts), open, std::size(demoColumns));
+
+    std::printf("2. Editing it while a listener hears every change, then saving\n");
     Ref<Listener> listener(new Listener);
     std::uint32_t cookie = 0;
-    catalog->advise(listener, &cookie);
-
+    check(catalog->advise(listener, &cookie), "advise the listener");
+    edit(catalog);
     VARIANT_BOOL ok = VARIANT_FALSE;
-    catalog->create("/tmp/qvr-demo/", "Fasteners", "en", &ok);
-    catalog->put_desc("Bolts, nuts and what holds them");
-
-    Ref<IQVRCatalogChapter> bolts, metric;
-    Ref<IQVRCatalogPart> m8, m10;
-    catalog->createChapter("Bolts", &bolts);
-    catalog->createChapter("Metric", &metric);
-    catalog->createPart("M8 x 40", &m8);
-    catalog->createPart("M10 x 60", &m10);
-    catalog->appendChild(bolts, nullptr);
-    bolts->appendChild(metric, nullptr);
-    metric->appendChild(m10, nullptr);
-    metric->insertBefore(m8, Variant(std::int32_t{1}), nullptr); // ahead of M10
-    m8->put_desc("Hexagon head, zinc plated");
-
-    // A live list follows the chapter, and a deep copy gets new ids throughout.
-    Ref<IQVRCatalogObjectList> parts;
-    metric->get_childNodes(&parts);
-    Ref<IQVRCatalogObject> copy;
-    bolts->cloneNode(VARIANT_TRUE, &copy);
-    m8->put_tableRef("tables/m8.xml");
-    Ref<IQVRCatalogObject> removed;
-    metric->removeChild(m10, &removed);
-
-    std::printf("Events heard:\n");
-    for (const std::string& event : listener->heard) std::printf("  %s\n", event.c_str());
-    String sourceId, copyId;
-    bolts->get_key(&sourceId);
-    if (copy) copy->get_key(&copyId);
-    std::printf("\nDeep copy of Bolts: id %s (the source has %s)\n", copyId.c_str(),
-                sourceId.c_str());
-    std::printf("Parts of Metric, from the live list:");
-    for (Ref<IQVRCatalogObject> part : *parts) std::printf(" [%s]", nameOf(part).c_str());
-
-    String xml;
-    catalog->get_xml(&xml);
-    std::printf("\n\nThe document:\n%s\n", xml.c_str());
-
-    catalog->unadvise(cookie);
-    parts = nullptr;
-    copy = removed = nullptr;
-    bolts = metric = nullptr;
-    m8 = m10 = nullptr;
+    check(catalog->saveAs(Variant(folder + "catalog.xml"), &ok), "save the catalog");
+    check(catalog->unadvise(cookie), "unadvise the listener");
+    for (const std::string& event : listener->heard) std::printf("   heard: %s\n", event.c_str());
+    std::vector<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    for (const auto& file : files)
+        std::printf("   saved: %s (%ju bytes)\n", file.filename().c_str(),
+                    static_cast<std::uintmax_t>(std::filesystem::file_size(file)));
     catalog = nullptr;
-    std::printf("Library can unload: %s\n", CanUnloadNow() == S_OK ? "yes" : "no");
-    return ok == VARIANT_TRUE ? 0 : 1;
+
+    std::printf("\n3. Loading it back as a new client would\n\n");
+    Ref<IQVRCatalog> reader;
+    check(CreateCatalog(&reader), "create a catalog");
+    check(reader->load(Variant(folder + "catalog.xml"), &ok), "load the catalog");
+    String name, desc;
+    reader->get_name(&name);
+    reader->get_desc(&desc);
+    std::printf("%s: %s\n", name.str().c_str(), desc.str().c_str());
+    printTree(reader, 1);
+    printTables(reader);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const bool keep = argc > 1 && std::string(argv[1]) == "--keep";
+    std::string pattern = (std::filesystem::temp_directory_path() / "qvr-demo-XXXXXX").string();
+    if (!mkdtemp(pattern.data())) {
+        std::perror("qvr-demo: cannot make a temporary folder");
+        return 1;
+    }
+    const std::string folder = pattern + "/";
+    int status = 0;
+    try {
+        run(folder);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "qvr-demo: %s\n", failure.what());
+        status = 1;
+    }
+    if (keep) {
+        std::printf("\nThe files stay in %s\n", folder.c_str());
+    } else {
+        std::error_code ignored;
+        std::filesystem::remove_all(pattern, ignored);
+    }
+    std::printf("\nEvery object released, the library can unload: %s\n",
+                CanUnloadNow() == S_OK ? "yes" : "no");
+    return status;
 }

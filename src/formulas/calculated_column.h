@@ -1,0 +1,40 @@
+// A calculated column (`ColumnCalc`): described like a plain column, but with no cells. Its value
+// at a row is computed on request from its `expression` by the formula evaluator; nothing is
+// stored, so the value is never stale and nothing recalculates on a change.
+//
+// Formulas reach the column itself as the named item "QVRTableCalculatedColumn": its description
+// can be read there (QVRTableCalculatedColumn.Name, .Desc, .Unit, .Attrib, .DataType,
+// .Expression, .Visible, .Key, .ObjectType). Nothing can be changed or calculated from a formula.
+#pragma once
+
+#include <qvr/table_columns.h>
+
+#include "tables/table_column_object.h"
+#include "vbscript/script_object.h"
+
+namespace qvr {
+
+class CQVRTableCalculatedColumn final
+    : public TableColumnObject<IQVRTableCalculatedColumn, qvrCalculatedColumn>,
+      public vbscript::IScriptObject {
+public:
+    // --- IQVRTableCalculatedColumn -------------------------------------------------------------
+    HRESULT get_expression(String* expression) override;
+    HRESULT put_expression(const String& expression) override;
+    HRESULT calculate(const Variant& row, Variant* result) override;
+
+    // --- IScriptObject: the column as formulas see it ------------------------------------------
+    HRESULT invoke(const String& name, const Variant* args, int argc, Variant* result) override;
+
+    // One count for all interfaces, the script one included.
+    std::uint32_t AddRef() override { return ObjectBase::AddRef(); }
+    std::uint32_t Release() override { return ObjectBase::Release(); }
+
+private:
+    // The row element that `row` names: by key for a text, else by one-based index.
+    HRESULT findRow(const Variant& row, Ref<IXMLDOMElement>* found);
+    // The value of `formula` at the row with id `rowId`.
+    HRESULT evaluateFormula(const String& rowId, const String& formula, Variant* result);
+};
+
+} // namespace qvr
