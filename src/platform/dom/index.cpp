@@ -167,26 +167,25 @@ void Index::textChanged(xmlNodePtr at) {
     });
 }
 
-void Index::attributeChanging(xmlNodePtr element, const xmlChar* name) {
+template <class F>
+void Index::forEachAttributeNamed(xmlNodePtr element, const xmlChar* name, F&& f) {
     if (!attributesBuilt_ || !inTree(element)) return;
     guard([&] {
         Table& table = xmlStrEqual(name, BAD_CAST kIdName) ? byId_ : byIdref_;
         std::string scratch;
         for (xmlAttrPtr attr = element->properties; attr; attr = attr->next)
-            if (!attr->ns && xmlStrEqual(attr->name, name))
-                erase(table, valueOf(attr, scratch), element);
+            if (!attr->ns && xmlStrEqual(attr->name, name)) f(table, valueOf(attr, scratch));
     });
 }
 
+void Index::attributeChanging(xmlNodePtr element, const xmlChar* name) {
+    forEachAttributeNamed(
+        element, name, [&](Table& table, std::string_view value) { erase(table, value, element); });
+}
+
 void Index::attributeChanged(xmlNodePtr element, const xmlChar* name) {
-    if (!attributesBuilt_ || !inTree(element)) return;
-    guard([&] {
-        Table& table = xmlStrEqual(name, BAD_CAST kIdName) ? byId_ : byIdref_;
-        std::string scratch;
-        for (xmlAttrPtr attr = element->properties; attr; attr = attr->next)
-            if (!attr->ns && xmlStrEqual(attr->name, name))
-                add(table, valueOf(attr, scratch), element);
-    });
+    forEachAttributeNamed(
+        element, name, [&](Table& table, std::string_view value) { add(table, value, element); });
 }
 
 const std::vector<xmlNodePtr>& Index::withId(std::string_view value) {

@@ -77,6 +77,9 @@ private:
     // Calls `f(table, value)` for each attribute of `element` that one of the tables indexes.
     template <class F>
     void forEachIndexedAttribute(xmlNodePtr element, F&& f);
+    // Calls `f(table, value)` for the attributes `name` (`id` or `idref`) of an indexed element.
+    template <class F>
+    void forEachAttributeNamed(xmlNodePtr element, const xmlChar* name, F&& f);
     void addRow(xmlNodePtr row);
     void removeRow(xmlNodePtr row);
     // The table row that holds `node` (or is it), if any.
