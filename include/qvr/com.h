@@ -3,8 +3,11 @@
 // printed by a user's program means the same thing here as there.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 namespace qvr {
@@ -172,10 +175,45 @@ bool operator==(const Ref<T>& a, const Ref<U>& b) {
     return a.get() == b.get();
 }
 
+namespace detail {
+
+// Where interface I lies in objects of one dynamic type, seen from one base subobject: found once
+// by dynamic_cast, then reused. A dynamic_cast walks the class hierarchy and compares type names
+// on every call, and the model asks its objects for interfaces many times in every operation.
+// The key is the object's type together with the place of `p` in it, since a base such as
+// IUnknown stands several times in an object with several interfaces.
+template <class I, class T>
+I* interfaceCast(T* p) {
+    if constexpr (std::is_convertible_v<T*, I*>) {
+        return p; // a base of the static type: no search
+    }
+    if (!p) return nullptr;
+    struct Entry {
+        const std::type_info* type = nullptr;
+        std::ptrdiff_t from = 0; // offset of `p` from the start of the object
+        std::ptrdiff_t to = 0;   // offset of I from the start of the object; -1: not offered
+    };
+    constexpr std::size_t kEntries = 8;
+    thread_local Entry entries[kEntries];
+    thread_local std::size_t next = 0;
+    char* top = static_cast<char*>(dynamic_cast<void*>(p));
+    const std::type_info* type = &typeid(*p);
+    const std::ptrdiff_t from = reinterpret_cast<char*>(p) - top;
+    for (const Entry& e : entries)
+        if (e.type == type && e.from == from)
+            return e.to < 0 ? nullptr : reinterpret_cast<I*>(top + e.to);
+    I* found = dynamic_cast<I*>(p);
+    entries[next++ % kEntries] =
+        Entry{type, from, found ? reinterpret_cast<char*>(found) - top : std::ptrdiff_t(-1)};
+    return found;
+}
+
+} // namespace detail
+
 // The interface query: the object's interface I, or an empty reference if it does not offer I.
 template <class I, class T>
 Ref<I> query(T* p) {
-    return Ref<I>(p ? dynamic_cast<I*>(p) : nullptr);
+    return Ref<I>(detail::interfaceCast<I>(p));
 }
 template <class I, class T>
 Ref<I> query(const Ref<T>& p) {

@@ -22,7 +22,7 @@ HRESULT objectTypeOf(IQVRCatalogObject* object, QVRObjectType* type) {
 
 VARIANT_BOOL fireAtRoot(IQVRCatalogObject* root, std::int32_t event, IQVRCatalogObject* subject,
                         const Variant& position) {
-    auto* sinks = dynamic_cast<IEventRoot*>(root);
+    auto* sinks = detail::interfaceCast<IEventRoot>(root);
     VARIANT_BOOL result = VARIANT_FALSE;
     if (sinks) sinks->fireEvent(event, subject, position, &result);
     return result;

@@ -42,7 +42,7 @@ HRESULT CQVRCatalogObjectVector::InterfaceSupportsErrorInfo(const IID& iid) {
 
 HRESULT CQVRCatalogObjectVector::connect(IQVRCatalogObject* root) {
     if (connected()) return E_FAIL;
-    auto* events = dynamic_cast<IEventRoot*>(root);
+    auto* events = detail::interfaceCast<IEventRoot>(root);
     if (!events) return E_INVALIDARG;
     std::uint32_t cookie = 0;
     HRESULT hr = events->adviseListener(this, &cookie);

@@ -26,7 +26,7 @@ public:
     static Handle* of(xmlNodePtr node) { return static_cast<Handle*>(node->_private); }
     // The libxml2 node of an object handed in by a caller; null when it is not one of ours.
     static xmlNodePtr nodeOf(IXMLDOMNode* object) {
-        auto* handle = dynamic_cast<Handle*>(object);
+        auto* handle = detail::interfaceCast<Handle>(object);
         return handle ? handle->xml() : nullptr;
     }
 

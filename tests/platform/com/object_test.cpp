@@ -55,6 +55,32 @@ TEST(Query, AnswersOfferedInterfacesOnly) {
     EXPECT_EQ(query<IThing>(sei.get())->value(), 7);
 }
 
+// The same interfaces in another order: IThing stands at another place in the object.
+class OtherThing : public ObjectBase<IOther, IThing> {
+public:
+    int value() override { return 8; }
+};
+
+TEST(Query, RepeatedQueriesFindTheRightSubobjectForEveryLayout) {
+    Ref<Thing> thing = makeObject<Thing>();
+    Ref<OtherThing> other = makeObject<OtherThing>();
+    // IUnknown stands twice in each object; each of its places leads to the same IThing.
+    IUnknown* starts[] = {static_cast<IThing*>(thing.get()),
+                          static_cast<ISupportErrorInfo*>(thing.get()),
+                          static_cast<IOther*>(other.get()), static_cast<IThing*>(other.get())};
+    IThing* expected[] = {thing.get(), thing.get(), other.get(), other.get()};
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 4; ++i) {
+            Ref<IThing> found = query<IThing>(starts[i]);
+            ASSERT_EQ(found.get(), expected[i]) << "round " << round << ", start " << i;
+            EXPECT_EQ(found->value(), i < 2 ? 7 : 8);
+        }
+        EXPECT_FALSE(query<IOther>(starts[0]));
+        EXPECT_FALSE(query<IOther>(starts[1]));
+        EXPECT_EQ(query<IOther>(starts[3]).get(), static_cast<IOther*>(other.get()));
+    }
+}
+
 TEST(Module, CanUnloadOnlyWhenNoObjectOrLockIsLeft) {
     ASSERT_EQ(CanUnloadNow(), S_OK);
     {
