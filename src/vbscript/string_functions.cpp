@@ -63,23 +63,10 @@ void slice(CallContext& cx, Variant* args, int argc, Variant* out, char which, b
     }
 }
 
-void leftFn(CallContext& cx, Variant* args, int argc, Variant* out) {
-    slice(cx, args, argc, out, 'L', false);
-}
-void rightFn(CallContext& cx, Variant* args, int argc, Variant* out) {
-    slice(cx, args, argc, out, 'R', false);
-}
-void midFn(CallContext& cx, Variant* args, int argc, Variant* out) {
-    slice(cx, args, argc, out, 'M', false);
-}
-void leftBFn(CallContext& cx, Variant* args, int argc, Variant* out) {
-    slice(cx, args, argc, out, 'L', true);
-}
-void rightBFn(CallContext& cx, Variant* args, int argc, Variant* out) {
-    slice(cx, args, argc, out, 'R', true);
-}
-void midBFn(CallContext& cx, Variant* args, int argc, Variant* out) {
-    slice(cx, args, argc, out, 'M', true);
+// Left, Right and Mid, by character or (Bytes) by byte.
+template <char Side, bool Bytes>
+void sliceFn(CallContext& cx, Variant* args, int argc, Variant* out) {
+    slice(cx, args, argc, out, Side, Bytes);
 }
 void lenBFn(CallContext& cx, Variant* args, int, Variant* out) {
     if (nullText(args[0], out)) return;
@@ -158,11 +145,11 @@ void strReverseFn(CallContext& cx, Variant* args, int, Variant* out) {
 
 constexpr Builtin kStrings[] = {
     {"LCase", 1, 1, kPure, caseFn<false>},
-    {"Left", 2, 2, kPure, leftFn},
+    {"Left", 2, 2, kPure, sliceFn<'L', false>},
     {"Len", 1, 1, kPure, lenFn},
     {"LTrim", 1, 1, kPure, trimFn<true, false>},
-    {"Mid", 2, 3, kPure, midFn},
-    {"Right", 2, 2, kPure, rightFn},
+    {"Mid", 2, 3, kPure, sliceFn<'M', false>},
+    {"Right", 2, 2, kPure, sliceFn<'R', false>},
     {"RTrim", 1, 1, kPure, trimFn<false, true>},
     {"Space", 1, 1, kPure, spaceFn},
     {"StrReverse", 1, 1, kPure, strReverseFn},
@@ -172,10 +159,10 @@ constexpr Builtin kStrings[] = {
 };
 
 constexpr Builtin kBytes[] = {
-    {"LeftB", 2, 2, kPure, leftBFn},
+    {"LeftB", 2, 2, kPure, sliceFn<'L', true>},
     {"LenB", 1, 1, kPure, lenBFn},
-    {"MidB", 2, 3, kPure, midBFn},
-    {"RightB", 2, 2, kPure, rightBFn},
+    {"MidB", 2, 3, kPure, sliceFn<'M', true>},
+    {"RightB", 2, 2, kPure, sliceFn<'R', true>},
 };
 
 } // namespace
