@@ -5,6 +5,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
+#include <string>
 #include <vector>
 
 #include <qvr/com.h>
@@ -79,15 +81,44 @@ public:
     // Boolean: stored as VARIANT_BOOL (-1 / 0).
     Variant(bool v) : vt_(VT_BOOL) { u_.b = v ? VARIANT_TRUE : VARIANT_FALSE; }
     // Text: VT_BSTR. A null text stays a null string of type VT_BSTR.
-    Variant(const String& s) : vt_(VT_BSTR), str_(s) {}
-    Variant(String&& s) : vt_(VT_BSTR), str_(std::move(s)) {}
-    Variant(const char* s) : vt_(VT_BSTR), str_(s) {}
-    Variant(std::string_view s) : vt_(VT_BSTR), str_(s) {}
-    Variant(const std::string& s) : vt_(VT_BSTR), str_(s) {}
+    Variant(const String& s) : vt_(VT_BSTR) { new (&u_.str) String(s); }
+    Variant(String&& s) : vt_(VT_BSTR) { new (&u_.str) String(std::move(s)); }
+    Variant(const char* s) : vt_(VT_BSTR) { new (&u_.str) String(s); }
+    Variant(std::string_view s) : vt_(VT_BSTR) { new (&u_.str) String(s); }
+    Variant(const std::string& s) : vt_(VT_BSTR) { new (&u_.str) String(s); }
     // Object reference: VT_DISPATCH (a null pointer gives the Nothing object).
-    Variant(IUnknown* object) : vt_(VT_DISPATCH), object_(object) {}
+    Variant(IUnknown* object) : vt_(VT_DISPATCH) { new (&u_.object) Ref<IUnknown>(object); }
     template <class T>
     Variant(const Ref<T>& object) : Variant(static_cast<IUnknown*>(object.get())) {}
+
+    Variant(const Variant& o) : vt_(o.vt_) {
+        if (payloadOf(vt_) == Payload::Scalar)
+            u_.cy = o.u_.cy;
+        else
+            copyOwningPayload(o);
+    }
+    Variant(Variant&& o) noexcept : vt_(o.vt_) { takePayload(o); }
+    Variant& operator=(const Variant& o) {
+        if (this != &o) {
+            // Copy first: `o` may live inside this variant's own array.
+            Variant copy(o);
+            *this = std::move(copy);
+        }
+        return *this;
+    }
+    Variant& operator=(Variant&& o) noexcept {
+        if (this == &o) return *this;
+        if (payloadOf(vt_) == Payload::Scalar) {
+            vt_ = o.vt_;
+            takePayload(o);
+        } else {
+            Variant old(std::move(*this)); // released last: `o` may live inside it
+            vt_ = o.vt_;
+            takePayload(o);
+        }
+        return *this;
+    }
+    ~Variant() { destroyPayload(); }
 
     static Variant null() { return ofType(VT_NULL); }
     // The value of a left-out argument: VT_ERROR with DISP_E_PARAMNOTFOUND.
@@ -119,8 +150,10 @@ public:
     }
     // A one-dimensional array of variants (VT_ARRAY | VT_VARIANT) with the given lower bound.
     static Variant array(std::vector<Variant> items, std::int32_t lowerBound = 0) {
-        Variant v = ofType(VT_ARRAY | VT_VARIANT);
-        v.array_ = std::make_shared<Array>(Array{std::move(items), lowerBound});
+        Variant v;
+        new (&v.u_.array)
+            std::shared_ptr<Array>(std::make_shared<Array>(Array{std::move(items), lowerBound}));
+        v.vt_ = VT_ARRAY | VT_VARIANT;
         return v;
     }
 
@@ -141,12 +174,15 @@ public:
     VARIANT_BOOL boolVal() const { return u_.b; }
     std::uint8_t ui1() const { return u_.ui1; }
     HRESULT scode() const { return u_.scode; }
-    const String& str() const { return str_; }
-    IUnknown* object() const { return object_.get(); }
+    // The text of a VT_BSTR; the null text for any other type.
+    const String& str() const { return vt_ == VT_BSTR ? u_.str : nullString(); }
+    // The text of a VT_BSTR for changing in place (appending, say); null for any other type.
+    String* mutableStr() { return vt_ == VT_BSTR ? &u_.str : nullptr; }
+    IUnknown* object() const { return isObject() ? u_.object.get() : nullptr; }
     // Items of an array (empty for a non-array); arrays share their items on copy.
     const std::vector<Variant>& items() const;
     std::vector<Variant>* mutableItems(); // copies the items first if they are shared
-    std::int32_t lowerBound() const { return array_ ? array_->lowerBound : 0; }
+    std::int32_t lowerBound() const { return isArray() ? u_.array->lowerBound : 0; }
 
     // Exact identity of type and value (not VBScript's "="): for tests and containers.
     friend bool operator==(const Variant& a, const Variant& b);
@@ -156,14 +192,40 @@ private:
         std::vector<Variant> items;
         std::int32_t lowerBound = 0;
     };
+    // Which member of the payload is alive: decided by the type alone.
+    enum class Payload : std::uint8_t { Scalar, Text, Object, Items };
+    static Payload payloadOf(VARTYPE vt) {
+        if (vt == VT_BSTR) return Payload::Text;
+        if (vt == VT_DISPATCH || vt == VT_UNKNOWN) return Payload::Object;
+        return (vt & VT_ARRAY) ? Payload::Items : Payload::Scalar;
+    }
+    // A variant of a type whose payload is a scalar.
     static Variant ofType(VARTYPE vt) {
         Variant v;
         v.vt_ = vt;
         return v;
     }
+    static const String& nullString();
+    void copyOwningPayload(const Variant& o);
+    // Moves the payload of `o` (whose type this variant already has) here; `o` becomes Empty.
+    // Scalars are copied inline; the owning payloads go through one call, which also keeps the
+    // compiler from following the union's members across every caller.
+    void takePayload(Variant& o) noexcept {
+        if (payloadOf(vt_) == Payload::Scalar)
+            u_.cy = o.u_.cy;
+        else
+            takeOwningPayload(o);
+        o.vt_ = VT_EMPTY;
+    }
+    void takeOwningPayload(Variant& o) noexcept;
+    void destroyPayload() noexcept {
+        if (payloadOf(vt_) != Payload::Scalar) destroyOwningPayload();
+    }
+    void destroyOwningPayload() noexcept;
 
     VARTYPE vt_ = VT_EMPTY;
-    union {
+    // One member is alive at a time, chosen by vt_: the scalars share the first eight bytes.
+    union Storage {
         std::int16_t i2;
         std::int32_t i4;
         float r4;
@@ -173,10 +235,12 @@ private:
         VARIANT_BOOL b;
         std::uint8_t ui1;
         HRESULT scode;
-    } u_{};
-    String str_;
-    Ref<IUnknown> object_;
-    std::shared_ptr<Array> array_;
+        String str;
+        Ref<IUnknown> object;
+        std::shared_ptr<Array> array;
+        Storage() : cy(0) {}
+        ~Storage() {}
+    } u_;
 };
 
 // Converts `src` to type `vt` under locale `lcid` with the original rules (text and numbers by
