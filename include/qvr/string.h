@@ -49,6 +49,12 @@ public:
     // <0, 0, >0 after case folding.
     int compareIgnoreCase(std::string_view other) const;
 
+    // The bytes for changing in place; the text is no longer null.
+    std::string* mutableText() {
+        null_ = false;
+        return &text_;
+    }
+
     String& operator+=(std::string_view s) {
         null_ = false;
         text_ += s;

@@ -116,21 +116,11 @@ void check(HRESULT status) {
 
 void applyBinary(Op op, std::uint8_t flags, const Variant& left, const Variant& right, LCID lcid,
                  Variant* out) {
-    if (op == Op::Concat && left.vt() == VT_BSTR && right.vt() == VT_BSTR) {
-        // The common case of text building, without the general conversion.
-        std::size_t size = left.str().byteLength() + right.str().byteLength();
-        if (size > kMaxStringUnits * 3) raise(kOutOfStringSpace); // UTF-8 of that many units
-        std::string joined;
-        joined.reserve(size);
-        joined += left.str().view();
-        joined += right.str().view();
-        *out = Variant(String(std::move(joined)));
-        return;
-    }
+    if (op == Op::Concat && left.vt() == VT_BSTR && right.vt() == VT_BSTR &&
+        left.str().byteLength() + right.str().byteLength() > kMaxStringUnits * 3)
+        raise(kOutOfStringSpace); // more than the UTF-8 of that many units
     if (ArithmeticFn fn = arithmeticOf(op)) {
-        Variant result;
-        check(fn(left, right, &result));
-        *out = std::move(result);
+        check(fn(left, right, out)); // `out` is unchanged on failure, even when it is `left`
         return;
     }
     if (op == Op::Is) {

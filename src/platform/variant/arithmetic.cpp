@@ -321,21 +321,44 @@ HRESULT varMul(const Variant& l, const Variant& r, Variant* out) {
     return operation(out, [&](Variant* o) { return arithmetic(Op::Mul, l, r, o); });
 }
 
+namespace {
+
+// Appends the text `&` joins for `v`: Null joins as "", booleans as the words of the user's
+// language.
+HRESULT appendJoinText(const Variant& v, std::string* joined) {
+    if (v.isNull()) return S_OK;
+    if (v.vt() == VT_BSTR) {
+        *joined += v.str().view();
+        return S_OK;
+    }
+    if (joined->empty()) return textOf(v, kOperatorLocale, VARIANT_LOCALBOOL, joined);
+    std::string piece;
+    HRESULT hr = textOf(v, kOperatorLocale, VARIANT_LOCALBOOL, &piece);
+    if (SUCCEEDED(hr)) *joined += piece;
+    return hr;
+}
+
+} // namespace
+
 HRESULT varCat(const Variant& l, const Variant& r, Variant* out) {
+    if (out == &l && l.vt() == VT_BSTR && isOperand(r)) {
+        // Text building joins into the left operand where the result replaces it, as in a
+        // running "a" & b & c: no copy of what was built so far.
+        return guarded([&] { return appendJoinText(r, out->mutableStr()->mutableText()); });
+    }
     return operation(out, [&](Variant* o) {
         if (!isOperand(l) || !isOperand(r)) return DISP_E_TYPEMISMATCH;
         if (l.isNull() && r.isNull()) {
             *o = Variant::null();
             return S_OK;
         }
-        // Null joins as "", booleans as the words of the user's language.
-        std::string a, b;
+        std::string joined;
+        if (l.vt() == VT_BSTR && r.vt() == VT_BSTR)
+            joined.reserve(l.str().byteLength() + r.str().byteLength());
         HRESULT hr;
-        if (!l.isNull() && FAILED(hr = textOf(l, kOperatorLocale, VARIANT_LOCALBOOL, &a)))
+        if (FAILED(hr = appendJoinText(l, &joined)) || FAILED(hr = appendJoinText(r, &joined)))
             return hr;
-        if (!r.isNull() && FAILED(hr = textOf(r, kOperatorLocale, VARIANT_LOCALBOOL, &b)))
-            return hr;
-        *o = Variant(a + b);
+        *o = Variant(String(std::move(joined)));
         return S_OK;
     });
 }

@@ -193,6 +193,25 @@ TEST(Operators, PowerAndConcatenate) {
     SetUserLocale(LCID_EN_US);
 }
 
+TEST(Operators, ConcatenateIntoTheLeftOperand) {
+    // Joining into the left operand's own slot (how running text is built) gives what a
+    // separate result would, and leaves the operand as it was on failure.
+    Variant text = Str("M");
+    for (const Variant& piece : {I2(8), Str("x"), Null(), R8(1.5), Bool(true), Empty()})
+        ASSERT_EQ(varCat(text, piece, &text), S_OK);
+    EXPECT_EQ(text, Str("M8x1.5True"));
+    EXPECT_EQ(varCat(text, kMissing, &text), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(text, Str("M8x1.5True"));
+    EXPECT_EQ(varCat(text, Date(-1e9), &text), E_INVALIDARG);
+    EXPECT_EQ(text, Str("M8x1.5True"));
+    Variant nullText = Variant(String());
+    ASSERT_EQ(varCat(nullText, Str("a"), &nullText), S_OK);
+    EXPECT_EQ(nullText, Str("a")); // no longer the null string
+    Variant number = I2(5);
+    ASSERT_EQ(varCat(number, Str("0"), &number), S_OK);
+    EXPECT_EQ(number, Str("50"));
+}
+
 TEST(Operators, Unary) {
     check(varNeg, {
                       {__LINE__, I2(5), S_OK, I2(-5)},
