@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "vbscript/ascii.h"
-#include "vbscript/name_table.h"
 
 namespace qvr::vbscript {
 namespace {
@@ -25,20 +24,10 @@ const std::vector<const Builtin*>& table() {
     return sorted;
 }
 
-const NameTable& index() {
-    static const NameTable names = [] {
-        std::vector<std::string_view> list;
-        for (const Builtin* b : table()) list.push_back(b->name);
-        return NameTable(list);
-    }();
-    return names;
-}
-
 } // namespace
 
-int findBuiltin(std::string_view name) {
-    if (name.size() < 2 || name.size() > 20) return -1; // no library name is shorter or longer
-    return index().find(name);
+int builtinCount() {
+    return static_cast<int>(table().size());
 }
 
 const Builtin& builtinAt(int index) {

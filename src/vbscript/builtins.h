@@ -61,8 +61,8 @@ std::span<const Builtin> dateIntervalBuiltins();
 std::span<const Builtin> inspectionBuiltins();
 std::span<const Builtin> constantBuiltins();
 
-// The entry named `name` (case ignored) or -1; its index stays valid for the process.
-int findBuiltin(std::string_view name);
+// The entries by index, 0 to builtinCount() - 1 (the lexer finds a name's index).
+int builtinCount();
 const Builtin& builtinAt(int index);
 
 } // namespace qvr::vbscript

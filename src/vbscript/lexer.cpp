@@ -8,6 +8,7 @@
 #include <unicode/uchar.h>
 
 #include "vbscript/ascii.h"
+#include "vbscript/builtins.h"
 #include "vbscript/name_table.h"
 #include "vbscript/script_error.h"
 
@@ -68,6 +69,7 @@ constexpr Keyword kKeywords[] = {
     {"property", Tok::Reserved},
     {"public", Tok::Reserved},
     {"redim", Tok::Reserved},
+    {"rem", Tok::Rem},
     {"resume", Tok::Reserved},
     {"select", Tok::Reserved},
     {"set", Tok::Reserved},
@@ -84,15 +86,27 @@ constexpr Keyword kKeywords[] = {
     {"xor", Tok::Xor},
 };
 
-Tok keywordOf(std::string_view word) {
-    if (word.size() < 2 || word.size() > 8) return Tok::Identifier;
+// What a word is: a keyword, a library name, or neither. Both kinds of name are found with one
+// lookup in one table, since every identifier of a formula is looked up.
+struct WordInfo {
+    Tok kind = Tok::Identifier;
+    std::int16_t builtin = -1;
+};
+
+WordInfo lookupWord(std::string_view word) {
+    // No keyword or library name is shorter or longer.
+    if (word.size() < 2 || word.size() > 20) return {};
     static const NameTable table = [] {
         std::vector<std::string_view> names;
         for (const Keyword& k : kKeywords) names.push_back(k.name);
+        for (int i = 0; i < builtinCount(); ++i) names.push_back(builtinAt(i).name);
         return NameTable(names);
     }();
+    constexpr int kKeywordCount = static_cast<int>(std::size(kKeywords));
     int i = table.find(word);
-    return i < 0 ? Tok::Identifier : kKeywords[i].kind;
+    if (i < 0) return {};
+    if (i < kKeywordCount) return {kKeywords[i].kind, -1};
+    return {Tok::Identifier, static_cast<std::int16_t>(i - kKeywordCount)};
 }
 
 // Decodes the code point at `i` (a malformed byte counts as U+FFFD of length 1).
@@ -147,7 +161,7 @@ bool Lexer::atLineContinuation(std::size_t i) const {
     return j < text_.size() && (text_[j] == '\n' || text_[j] == '\r');
 }
 
-void Lexer::skipBlanks() {
+void Lexer::skipBlanksSlow() {
     for (;;) {
         while (at_ < text_.size() && isBlank(text_[at_])) ++at_;
         if (!atLineContinuation(at_)) return;
@@ -323,8 +337,10 @@ Token Lexer::word(std::uint32_t start) {
     std::string_view w = text_.substr(start, t.len);
     if (w.size() > kMaxIdentifier)
         throw ScriptError(kIdentifierTooLong, {}, static_cast<std::int32_t>(start));
-    t.kind = keywordOf(w);
-    if (t.kind == Tok::Identifier && equalsNoCaseAscii(w, "rem")) { // a comment to the line's end
+    WordInfo info = lookupWord(w);
+    t.kind = info.kind;
+    t.builtin = info.builtin;
+    if (t.kind == Tok::Rem) {
         while (at_ < text_.size() && text_[at_] != '\n' && text_[at_] != '\r') ++at_;
         return next();
     }

@@ -50,6 +50,7 @@ enum class Tok : std::uint8_t {
     Null,
     Nothing,
     Reserved, // a statement keyword, never an operand (If, Dim, Then...)
+    Rem,      // a comment to the line's end; never leaves the lexer
 };
 
 struct Token {
@@ -61,6 +62,8 @@ struct Token {
     std::int32_t integer = 0;
     bool longType = false; // Integer literal that is a Long rather than an Integer
     bool hasDoubledQuotes = false;
+    // For an unbracketed identifier that names a library function or constant: its index.
+    std::int16_t builtin = -1;
 };
 
 class Lexer {
@@ -76,7 +79,13 @@ public:
     std::string stringValue(const Token& t) const;
 
 private:
-    void skipBlanks();
+    // Skips blanks and line continuations before a token; most tokens follow no blank.
+    void skipBlanks() {
+        // Blanks are control characters or the space; "_" may start a line continuation.
+        if (at_ < text_.size() && text_[at_] > ' ' && text_[at_] != '_') return;
+        skipBlanksSlow();
+    }
+    void skipBlanksSlow();
     Token number(std::uint32_t start);
     Token radixNumber(std::uint32_t start, int radix);
     Token word(std::uint32_t start);

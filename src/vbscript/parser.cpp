@@ -69,6 +69,12 @@ bool isNumeric(const Variant& v) {
 
 } // namespace
 
+template <class... Args>
+void Parser::emitConst(Args&&... args) {
+    program_->constants.emplace_back(std::forward<Args>(args)...);
+    emit(Instr{Op::Const, 0, 0, static_cast<std::uint32_t>(program_->constants.size() - 1)}, 0, 1);
+}
+
 std::shared_ptr<const Program> Parser::compile(std::string_view text, LCID lcid) {
     auto program = std::make_shared<Program>();
     compileInto(text, lcid, *program);
@@ -192,17 +198,20 @@ Parser::Operand Parser::parsePrimary() {
     switch (tok_.kind) {
     case Tok::Integer:
         if (tok_.longType)
-            emitConst(Variant(tok_.integer));
+            emitConst(tok_.integer);
         else
-            emitConst(Variant(static_cast<std::int16_t>(tok_.integer)));
+            emitConst(static_cast<std::int16_t>(tok_.integer));
         advance();
         return Operand{true};
     case Tok::Float:
-        emitConst(Variant(tok_.number));
+        emitConst(tok_.number);
         advance();
         return Operand{true};
     case Tok::String:
-        emitConst(Variant(String(lexer_.stringValue(tok_))));
+        if (tok_.hasDoubledQuotes)
+            emitConst(String(lexer_.stringValue(tok_)));
+        else
+            emitConst(lexer_.spelling(tok_)); // the text between the quotes as it stands
         advance();
         return Operand{true};
     case Tok::Date: {
@@ -215,11 +224,11 @@ Parser::Operand Parser::parsePrimary() {
     }
     case Tok::True:
     case Tok::False:
-        emitConst(Variant(tok_.kind == Tok::True));
+        emitConst(tok_.kind == Tok::True);
         advance();
         return Operand{true};
     case Tok::Empty:
-        emitConst(Variant());
+        emitConst();
         advance();
         return Operand{true};
     case Tok::Null:
@@ -227,7 +236,7 @@ Parser::Operand Parser::parsePrimary() {
         advance();
         return Operand{true};
     case Tok::Nothing:
-        emitConst(Variant(static_cast<IUnknown*>(nullptr)));
+        emitConst(static_cast<IUnknown*>(nullptr));
         advance();
         return Operand{};
     case Tok::LParen: {
@@ -244,9 +253,7 @@ Parser::Operand Parser::parsePrimary() {
 
 Parser::Operand Parser::parseName() {
     std::string name(lexer_.spelling(tok_));
-    // A [bracketed] name is never a library function.
-    bool bracketed = tok_.pos > 0 && lexer_.text()[tok_.pos - 1] == '[';
-    int builtin = bracketed ? -1 : findBuiltin(name);
+    int builtin = tok_.builtin; // never set for a [bracketed] name
     advance();
     Operand result;
     if (tok_.kind == Tok::LParen) {
@@ -333,11 +340,6 @@ void Parser::emit(Instr instr, int pops, int pushes) {
     program_->code.push_back(instr);
     stack_ = stack_ - static_cast<std::uint32_t>(pops) + static_cast<std::uint32_t>(pushes);
     program_->maxStack = std::max(program_->maxStack, stack_);
-}
-
-void Parser::emitConst(Variant value) {
-    program_->constants.push_back(std::move(value));
-    emit(Instr{Op::Const, 0, 0, static_cast<std::uint32_t>(program_->constants.size() - 1)}, 0, 1);
 }
 
 std::uint32_t Parser::addName(std::string text, std::uint32_t member) {

@@ -47,7 +47,9 @@ private:
     int parseArguments(); // after "(": the arguments and ")"; returns their count
 
     // Emission with folding.
-    void emitConst(Variant value);
+    // Pushes a constant built in place from `args` (a Variant's constructor arguments).
+    template <class... Args>
+    void emitConst(Args&&... args);
     void emitName(Op op, std::string text, std::uint32_t member, std::uint16_t argc);
     void emitRaise(int number, std::string_view detail);
     void emitCall(int builtin, int argc);

@@ -81,6 +81,11 @@ HRESULT ScriptEngine::run(const String& expression, Variant* result, ScriptExcep
         return isCompileError(e.number()) || e.position() >= 0 ? OLESCRIPT_E_SYNTAX
                                                                : DISP_E_EXCEPTION;
     }
+    if (program == &scratch_ && scratch_.isConstant()) {
+        // A folded formula's value is its one constant, which the next compile discards.
+        *result = std::move(scratch_.constants[0]);
+        return S_OK;
+    }
     CallContext context{lcid, &random_};
     Interpreter interpreter(items_, context);
     Variant value;

@@ -59,9 +59,12 @@ std::size_t utf16Length(std::string_view s) {
 }
 
 std::string utf16Slice(std::string_view s, std::size_t start, std::size_t count) {
-    if (isAscii(s)) {
+    // Where the text is ASCII up to the slice's end, units are bytes: only that far is looked
+    // at, so a short Left of a long text costs little.
+    std::size_t end = count > s.size() - std::min(start, s.size()) ? s.size() : start + count;
+    if (isAscii(s.substr(0, end))) {
         if (start >= s.size()) return {};
-        return std::string(s.substr(start, count));
+        return std::string(s.substr(start, end - start));
     }
     std::u16string units = toUtf16(s);
     if (start >= units.size()) return {};
