@@ -138,11 +138,15 @@ bool isLetterAt(std::string_view s, std::size_t i, std::size_t* length) {
     return u_isalpha(static_cast<UChar32>(cp));
 }
 
+bool isAsciiWordByte(char c) {
+    return isAlphaAscii(c) || isDigitAscii(c) || c == '_';
+}
+
 bool isWordCharAt(std::string_view s, std::size_t i, std::size_t* length) {
     unsigned char c = static_cast<unsigned char>(s[i]);
     if (c < 0x80) {
         *length = 1;
-        return isAlphaAscii(c) || isDigitAscii(c) || c == '_';
+        return isAsciiWordByte(static_cast<char>(c));
     }
     return isLetterAt(s, i, length);
 }
@@ -329,7 +333,13 @@ Token Lexer::radixNumber(std::uint32_t start, int radix) {
 Token Lexer::word(std::uint32_t start) {
     std::size_t i = at_;
     std::size_t len = 0;
-    while (i < text_.size() && isWordCharAt(text_, i, &len)) i += len;
+    for (;;) {
+        while (i < text_.size() && isAsciiWordByte(text_[i])) ++i; // the usual case, bytewise
+        if (i >= text_.size() || static_cast<unsigned char>(text_[i]) < 0x80 ||
+            !isWordCharAt(text_, i, &len))
+            break;
+        i += len;
+    }
     Token t;
     t.pos = start;
     t.len = static_cast<std::uint32_t>(i - start);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -11,7 +12,8 @@ namespace qvr::vbscript {
 
 class NameTable {
 public:
-    // `names` must stay alive as long as the table (they are string literals in practice).
+    // The names are ASCII letters and digits only (keywords and library names are); a copy of
+    // each is kept in lower case.
     explicit NameTable(const std::vector<std::string_view>& names);
 
     // The position of `name` in the list given to the constructor, or -1.
@@ -20,7 +22,7 @@ public:
 private:
     static std::uint32_t hash(std::string_view name);
 
-    std::vector<std::string_view> names_;
+    std::vector<std::string> names_;  // lower case
     std::vector<std::int16_t> slots_; // index into names_, -1 for a free slot
     std::uint32_t mask_ = 0;
 };

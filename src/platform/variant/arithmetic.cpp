@@ -2,7 +2,6 @@
 // Int and Round, with the platform's result types.
 #include <cfloat>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <string>
@@ -181,17 +180,6 @@ HRESULT integerDivision(bool modulo, const Variant& l, const Variant& r, Variant
     if (FAILED(hr = roundedOperand(l, vt, &a)) || FAILED(hr = roundedOperand(r, vt, &b))) return hr;
     if (b == 0) return DISP_E_DIVBYZERO;
     return integerResult(modulo ? a % b : a / b, vt, false, out);
-}
-
-// A number as text of fifteen significant digits: the digits and the power of ten of the first.
-void decimalDigits(double value, std::string* digits, int* exponent) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.14e", std::fabs(value));
-    digits->clear();
-    const char* p = buffer;
-    for (; *p && *p != 'e'; ++p)
-        if (*p >= '0' && *p <= '9') *digits += *p;
-    *exponent = std::atoi(p + 1);
 }
 
 // Rounds half to even at `decimals` places of the number as it reads in fifteen digits, so that

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 
 #include "platform/variant/locale_info.h"
@@ -214,8 +212,11 @@ std::string formatGeneral(double value, int precision, LCID lcid) {
     if (std::isinf(value)) return value < 0 ? "-1.#INF" : "1.#INF";
     if (value == 0) return "0";
     char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.*G", precision, value);
-    return replaceDecimalPoint(buffer, lcid);
+    auto end =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, precision)
+            .ptr;
+    std::replace(buffer, end, 'e', 'E'); // the platform writes 1E+20
+    return replaceDecimalPoint(std::string(buffer, end), lcid);
 }
 
 } // namespace
@@ -332,6 +333,19 @@ std::string formatCurrency(CY value, LCID lcid) {
     return text;
 }
 
+void decimalDigits(double value, std::string* digits, int* exponent) {
+    char buffer[64];
+    auto end = std::to_chars(buffer, buffer + sizeof buffer, std::fabs(value),
+                             std::chars_format::scientific, 14)
+                   .ptr;
+    digits->clear();
+    const char* p = buffer;
+    for (; p < end && *p != 'e'; ++p)
+        if (*p >= '0' && *p <= '9') *digits += *p;
+    *exponent = 0;
+    if (p < end) std::from_chars(p + 1 + (p[1] == '+'), end, *exponent); // from_chars takes no '+'
+}
+
 std::string formatFixed(double magnitude, int decimals, bool leadingZero, bool group,
                         const LocaleInfo& locale) {
     magnitude = std::fabs(magnitude);
@@ -340,12 +354,9 @@ std::string formatFixed(double magnitude, int decimals, bool leadingZero, bool g
     if (decimals > 99) decimals = 99;
     // Round the 15 significant digits the number shows, half away from zero, so that 0.125
     // gives 0.13 as the user reads it and not the binary neighbour.
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.14e", magnitude);
     std::string digits;
-    for (const char* p = buffer; *p && *p != 'e'; ++p)
-        if (isDigit(*p)) digits += *p;
-    int exponent = std::atoi(std::strchr(buffer, 'e') + 1); // value = 0.d1d2.. * 10^(exp+1)
+    int exponent = 0; // value = d1.d2d3... * 10^exponent
+    decimalDigits(magnitude, &digits, &exponent);
     int intLength = exponent + 1;
     int keep = intLength + decimals; // digits kept
     std::string kept;

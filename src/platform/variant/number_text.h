@@ -43,6 +43,11 @@ std::string formatSingle(float value, LCID lcid);
 std::string formatCurrency(CY value, LCID lcid); // up to four decimals, no symbol
 std::string formatInteger(std::int64_t value);
 
+// The fifteen significant digits of |value| (correctly rounded) and the power of ten of the
+// first: 0.125 gives "125000000000000" and -1. This is the number as the user reads it, which
+// decimal rounding works on rather than on the binary neighbours.
+void decimalDigits(double value, std::string* digits, int* exponent);
+
 // A number with a fixed count of decimals (rounded half away from zero, as the platform's
 // number formatting does), an optional leading zero and optional grouping by thousands, in the
 // locale's separators; the sign is left to the caller: the text is of the magnitude.
