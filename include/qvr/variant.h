@@ -71,6 +71,9 @@ constexpr std::uint16_t VARIANT_ALPHABOOL = 0x02; // booleans as "True"/"False"
 constexpr std::uint16_t VARIANT_NOUSEROVERRIDE = 0x04;
 constexpr std::uint16_t VARIANT_LOCALBOOL = 0x10; // booleans in the locale's words
 
+// A value of one of the types above. Copies share an array's items until one side changes them;
+// a variant moved from is Empty. Only the payload of the current type is stored, so numbers are
+// as cheap to pass around as the numbers themselves.
 class Variant {
 public:
     Variant() = default; // Empty
