@@ -37,8 +37,8 @@ double nanosecondsPerEvaluation(ScriptEngine& engine, const char* text) {
     // Warm up, then take the best of several rounds: the machine is shared, and the best round
     // is the one least disturbed by other work.
     for (int i = 0; i < 1000; ++i) engine.evaluate(expression, &value, &error);
-    constexpr int kRounds = 7;
-    constexpr int kRuns = 40000;
+    constexpr int kRounds = 25;
+    constexpr int kRuns = 8000;
     double best = 1e300;
     for (int round = 0; round < kRounds; ++round) {
         auto start = std::chrono::steady_clock::now();
