@@ -37,7 +37,7 @@ const NameTable& index() {
 } // namespace
 
 int findBuiltin(std::string_view name) {
-    if (name.size() < 2 || name.size() > 20) return -1; // no library name is shorter or longer
+    if (name.size() < 2 || name.size() > 21) return -1; // no library name is shorter or longer
     return index().find(name);
 }
 
