@@ -29,6 +29,7 @@ constexpr Builtin kConstants[] = {
     // Comparison.
     integer("vbBinaryCompare", 0),
     integer("vbTextCompare", 1),
+    integer("vbDatabaseCompare", 2),
     // Variant types.
     integer("vbEmpty", 0),
     integer("vbNull", 1),
@@ -98,6 +99,10 @@ constexpr Builtin kConstants[] = {
     integer("vbDefaultButton4", 768),
     integer("vbApplicationModal", 0),
     integer("vbSystemModal", 4096),
+    longValue("vbMsgBoxHelpButton", 16384),
+    longValue("vbMsgBoxSetForeground", 65536),
+    longValue("vbMsgBoxRight", 524288),
+    longValue("vbMsgBoxRtlReading", 1048576),
     integer("vbOK", 1),
     integer("vbCancel", 2),
     integer("vbAbort", 3),

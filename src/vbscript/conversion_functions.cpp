@@ -16,6 +16,26 @@ void convert(CallContext& cx, Variant* args, int, Variant* out) {
     *out = convertTo(args[0], VT, cx.lcid);
 }
 
+// CDate also takes a number written as text ("1" is the day after day 0), which is no date text
+// for IsDate.
+void cdateFn(CallContext& cx, Variant* args, int, Variant* out) {
+    Variant& v = args[0];
+    resolveDefault(v);
+    if (v.vt() == VT_BSTR) {
+        Variant date;
+        if (SUCCEEDED(changeType(&date, v, cx.lcid, 0, VT_DATE))) {
+            *out = std::move(date);
+            return;
+        }
+        Variant number;
+        if (SUCCEEDED(changeType(&number, v, cx.lcid, 0, VT_R8))) {
+            *out = convertTo(number, VT_DATE, cx.lcid);
+            return;
+        }
+    }
+    *out = convertTo(v, VT_DATE, cx.lcid);
+}
+
 // Hex and Oct: the value as a Long (16 bits for Integer, Byte and Boolean values, so that
 // Hex(-1) is "FFFF").
 void radixText(CallContext& cx, Variant* args, Variant* out, int bitsPerDigit) {
@@ -89,7 +109,7 @@ constexpr Builtin kConversions[] = {
     {"CBool", 1, 1, kPure, convert<VT_BOOL>},
     {"CByte", 1, 1, kPure, convert<VT_UI1>},
     {"CCur", 1, 1, kPure, convert<VT_CY>},
-    {"CDate", 1, 1, kPure, convert<VT_DATE>},
+    {"CDate", 1, 1, kPure, cdateFn},
     {"CDbl", 1, 1, kPure, convert<VT_R8>},
     {"Chr", 1, 1, kPure, chrFn},
     {"ChrB", 1, 1, kPure, chrBFn},

@@ -105,8 +105,9 @@ void weekdayNameFn(CallContext& cx, Variant* args, int argc, Variant* out) {
 }
 
 void monthNameFn(CallContext& cx, Variant* args, int argc, Variant* out) {
-    std::int32_t n = toLong(args[0], cx.lcid);
+    // The abbreviate argument is read first: MonthName("a", Null) is "Invalid use of Null".
     bool abbreviate = abbreviateArg(cx, args, argc, 1);
+    std::int32_t n = toLong(args[0], cx.lcid);
     if (n < 1 || n > 12) raise(kInvalidCall);
     const LocaleInfo& locale = localeInfo(cx.lcid);
     *out = textResult(abbreviate ? locale.monthAbbreviations[n - 1] : locale.monthNames[n - 1]);
@@ -116,7 +117,9 @@ void dateSerialFn(CallContext& cx, Variant* args, int, Variant* out) {
     std::int64_t year = toLong(args[0], cx.lcid);
     std::int64_t month = toLong(args[1], cx.lcid);
     std::int64_t day = toLong(args[2], cx.lcid);
-    if (year >= 0 && year <= 99) year += 1900;
+    // Two-digit years follow the platform's window: 0-29 are 2000-2029, 30-99 are 1930-1999.
+    if (year >= 0 && year <= 29) year += 2000;
+    if (year >= 30 && year <= 99) year += 1900;
     if (year < -100000 || year > 100000) raise(kInvalidCall);
     *out = Variant::date(dateOfSeconds(dayOfCivil(year, month, day) * kSecondsPerDay));
 }

@@ -56,7 +56,15 @@ std::int64_t monthsOf(const DateParts& p) {
 
 void dateAddFn(CallContext& cx, Variant* args, int, Variant* out) {
     Interval interval = intervalArg(cx, args[0]);
-    double amount = std::trunc(toDouble(args[1], cx.lcid));
+    // A fractional number of intervals is rounded to the nearest whole one (half to even), as
+    // a Long would be.
+    double amount = std::nearbyint(toDouble(args[1], cx.lcid));
+    // A Null date gives Null (a Null interval or number is an error).
+    resolveDefault(args[2]);
+    if (args[2].isNull()) {
+        *out = Variant::null();
+        return;
+    }
     DATE date = toDate(args[2], cx.lcid);
     if (!std::isfinite(amount) || std::fabs(amount) > 1e12) raise(kInvalidCall);
     auto n = static_cast<std::int64_t>(amount);

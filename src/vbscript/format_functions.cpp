@@ -1,5 +1,6 @@
 // FormatNumber, FormatCurrency, FormatPercent, FormatDateTime under the user's locale.
 #include <cmath>
+#include <cstdio>
 #include <string>
 
 #include "platform/variant/locale_info.h"
@@ -34,6 +35,12 @@ std::string layout(const char* pattern, const std::string& number, const char* s
     return out;
 }
 
+// The value to format: Null is "Type mismatch" here (a Null option is "Invalid use of Null").
+void rejectNull(Variant& v) {
+    resolveDefault(v);
+    if (v.isNull()) raise(kTypeMismatch);
+}
+
 // A tristate argument (-1 true, 0 false, -2 the locale's default); anything else is invalid.
 int tristate(Variant* args, int argc, int i, LCID lcid) {
     std::int32_t v = optionalLong(args, argc, i, kUseDefault, lcid);
@@ -53,6 +60,7 @@ struct Style {
 Style readStyle(CallContext& cx, Variant* args, int argc, int defaultDigits, double scale,
                 const LocaleInfo& locale) {
     Style s;
+    rejectNull(args[0]);
     s.value = toDouble(args[0], cx.lcid) * scale;
     std::int32_t digits = optionalLong(args, argc, 1, -1, cx.lcid);
     if (digits < -1 || digits > 99) raise(kInvalidCall);
@@ -115,9 +123,19 @@ void formatCurrencyFn(CallContext& cx, Variant* args, int argc, Variant* out) {
 }
 
 void formatDateTimeFn(CallContext& cx, Variant* args, int argc, Variant* out) {
+    rejectNull(args[0]);
     DATE date = toDate(args[0], cx.lcid);
     std::int32_t form = optionalLong(args, argc, 1, 0, cx.lcid);
     if (form < 0 || form > 4) raise(kInvalidCall);
+    if (form == 4) {
+        // The short time is always 24-hour "hh:mm", whatever the locale's pattern.
+        DateParts p;
+        if (!dateToParts(date, &p)) raise(kInvalidCall);
+        char text[8];
+        std::snprintf(text, sizeof text, "%02d:%02d", p.hour % 100, p.minute % 100);
+        *out = textResult(text);
+        return;
+    }
     static constexpr DateForm kForms[] = {DateForm::General, DateForm::LongDate,
                                           DateForm::ShortDate, DateForm::LongTime,
                                           DateForm::ShortTime};

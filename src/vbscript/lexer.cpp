@@ -1,5 +1,6 @@
 #include "vbscript/lexer.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <iterator>
@@ -93,17 +94,29 @@ struct WordInfo {
     std::int16_t builtin = -1;
 };
 
-WordInfo lookupWord(std::string_view word) {
-    // No keyword or library name is shorter or longer.
-    if (word.size() < 2 || word.size() > 20) return {};
-    static const NameTable table = [] {
+// The vocabulary: the keywords, then the library's names, and the longest of them all.
+struct Vocabulary {
+    NameTable table;
+    std::size_t longest = 0;
+};
+
+const Vocabulary& vocabulary() {
+    static const Vocabulary words = [] {
         std::vector<std::string_view> names;
         for (const Keyword& k : kKeywords) names.push_back(k.name);
         for (int i = 0; i < builtinCount(); ++i) names.push_back(builtinAt(i).name);
-        return NameTable(names);
+        std::size_t longest = 0;
+        for (std::string_view name : names) longest = std::max(longest, name.size());
+        return Vocabulary{NameTable(names), longest};
     }();
+    return words;
+}
+
+WordInfo lookupWord(std::string_view word) {
+    const Vocabulary& words = vocabulary();
+    if (word.size() < 2 || word.size() > words.longest) return {}; // no name is shorter
     constexpr int kKeywordCount = static_cast<int>(std::size(kKeywords));
-    int i = table.find(word);
+    int i = words.table.find(word);
     if (i < 0) return {};
     if (i < kKeywordCount) return {kKeywords[i].kind, -1};
     return {Tok::Identifier, static_cast<std::int16_t>(i - kKeywordCount)};

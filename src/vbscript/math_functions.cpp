@@ -70,6 +70,10 @@ void roundFn(CallContext& cx, Variant* args, int argc, Variant* out) {
         *out = Variant::null();
         return;
     }
+    if (args[0].vt() == VT_BOOL) { // a whole value already, and it stays a Boolean
+        *out = args[0];
+        return;
+    }
     Variant value = args[0];
     if (value.vt() == VT_BSTR || value.vt() == VT_EMPTY) value = convertTo(value, VT_R8, cx.lcid);
     if (value.vt() == VT_R8 && digits <= 15) {
@@ -142,7 +146,9 @@ void randomizeFn(CallContext& cx, Variant* args, int argc, Variant* out) {
         std::uint32_t mixed = ((high & 0xFFFFu) ^ (high >> 16)) << 8;
         cx.random->seed = (mixed | (cx.random->seed & 0xFFu)) & 0xFFFFFFu;
     }
-    *out = Variant();
+    // Randomize is a statement: it reseeds, but has no value to give an expression.
+    (void)out;
+    raise(kTypeMismatch);
 }
 
 constexpr Builtin kMath[] = {

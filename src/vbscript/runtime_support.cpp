@@ -78,7 +78,7 @@ std::int32_t optionalLong(Variant* args, int argc, int i, std::int32_t fallback,
 
 bool textCompare(Variant* args, int argc, int i, LCID lcid) {
     std::int32_t mode = optionalLong(args, argc, i, 0, lcid);
-    if (mode < 0 || mode > 2) raise(kInvalidCall);
+    if (mode != 0 && mode != 1) raise(kInvalidCall);
     return mode != 0;
 }
 

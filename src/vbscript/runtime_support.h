@@ -37,8 +37,8 @@ std::string toText(Variant& v, LCID lcid); // as CStr writes it
 std::string_view textView(Variant& v, LCID lcid, std::string& storage);
 // An optional whole-number argument: `fallback` when absent.
 std::int32_t optionalLong(Variant* args, int argc, int i, std::int32_t fallback, LCID lcid);
-// The compare argument of the string functions: 0 binary, 1 text; other values raise
-// "Invalid procedure call or argument".
+// The compare argument of the string functions: 0 binary, 1 text; other values (the database
+// mode 2 included) raise "Invalid procedure call or argument".
 bool textCompare(Variant* args, int argc, int i, LCID lcid);
 
 // Result helpers.

@@ -69,12 +69,7 @@ void instrRevFn(CallContext& cx, Variant* args, int argc, Variant* out) {
     std::int32_t start = optionalLong(args, argc, 2, -1, cx.lcid);
     if (start == 0 || start < -1) raise(kInvalidCall);
     bool ignoreCase = textCompare(args, argc, 3, cx.lcid);
-    resolveDefault(args[0]);
-    resolveDefault(args[1]);
-    if (args[0].isNull() || args[1].isNull()) {
-        *out = Variant::null();
-        return;
-    }
+    // Unlike InStr, a Null text is "Invalid use of Null" here.
     Units hay = unitsOf(toText(args[0], cx.lcid), ignoreCase);
     Units needle = unitsOf(toText(args[1], cx.lcid), ignoreCase);
     std::size_t len = hay.original.size();

@@ -5,6 +5,11 @@ namespace {
 
 TEST(VbscriptDates, PartsAndConstruction) {
     expectCases({
+        // Two-digit years: 0-29 are this century, 30-99 the last.
+        {"DateSerial(0, 2, 1)", "7\t2000-02-01T00:00:00"},
+        {"DateSerial(29, 1, 1)", "7\t2029-01-01T00:00:00"},
+        {"DateSerial(30, 1, 1)", "7\t1930-01-01T00:00:00"},
+        {"DateSerial(-10000, 1, 1)", "error\t5\tInvalid procedure call or argument: 'DateSerial'"},
         {"Year(#3/4/2005 6:07:08 PM#)", "2\t2005"},
         {"Month(#3/4/2005#)", "2\t3"},
         {"Day(#3/4/2005#)", "2\t4"},
@@ -43,7 +48,12 @@ TEST(VbscriptDates, Intervals) {
         {"DateAdd(\"m\", 1, #1/31/2000#)", "7\t2000-02-29T00:00:00"},
         {"DateAdd(\"yyyy\", -1, #2/29/2000#)", "7\t1999-02-28T00:00:00"},
         {"DateAdd(\"q\", 1, #1/15/2000#)", "7\t2000-04-15T00:00:00"},
-        {"DateAdd(\"d\", 1.9, #1/1/2000#)", "7\t2000-01-02T00:00:00"},
+        {"DateAdd(\"d\", 1.9, #1/1/2000#)", "7\t2000-01-03T00:00:00"},
+        {"DateAdd(\"d\", 2.5, #1/1/2000#)", "7\t2000-01-03T00:00:00"},
+        {"DateAdd(\"d\", -1.7, #1/2/2003#)", "7\t2002-12-31T00:00:00"},
+        {"DateAdd(\"q\", 1, Null)", "1\tNull"},
+        {"DateAdd(Null, 1, #1/2/2003#)", "error\t94\tInvalid use of Null: 'DateAdd'"},
+        {"DateAdd(\"q\", Null, #1/2/2003#)", "error\t94\tInvalid use of Null: 'DateAdd'"},
         {"DateAdd(\"ww\", 1, #1/1/2000#)", "7\t2000-01-08T00:00:00"},
         {"DateAdd(\"h\", 25, #1/1/2000#)", "7\t2000-01-02T01:00:00"},
         {"DateAdd(\"n\", -1, #1/1/2000#)", "7\t1999-12-31T23:59:00"},
@@ -93,7 +103,10 @@ TEST(VbscriptDates, FormattingUnderTheUserLocale) {
         {"FormatDateTime(#1/2/2003#, vbLongDate)", "8\t\"Thursday, January 2, 2003\""},
         {"FormatDateTime(#1/2/2003#, vbShortDate)", "8\t\"1/2/2003\""},
         {"FormatDateTime(#13:04:05#, vbLongTime)", "8\t\"1:04:05 PM\""},
-        {"FormatDateTime(#13:04:05#, vbShortTime)", "8\t\"1:04 PM\""},
+        {"FormatDateTime(#13:04:05#, vbShortTime)", "8\t\"13:04\""},
+        {"FormatDateTime(#9:05:00 AM#, 4)", "8\t\"09:05\""},
+        {"FormatDateTime(Null)", "error\t13\tType mismatch: 'FormatDateTime'"},
+        {"FormatDateTime(0.1, Null)", "error\t94\tInvalid use of Null: 'FormatDateTime'"},
         {"FormatDateTime(#1/2/2003#, 5)",
          "error\t5\tInvalid procedure call or argument: 'FormatDateTime'"},
     });

@@ -37,7 +37,10 @@ TEST(VbscriptFunctions, Math) {
         {"Rnd", "4\t0.7055475"},
         {"Rnd(0)", "4\t0.01953125"},
         {"Rnd(-1) = Rnd(-1)", "11\tTrue"},
-        {"Randomize", "0\tEmpty"},
+        {"Round(True)", "11\tTrue"},
+        {"Round(3)", "2\t3"},
+        // Randomize is a statement: it has no value to give.
+        {"Randomize", "error\t13\tType mismatch: 'Randomize'"},
     });
 }
 
@@ -188,6 +191,46 @@ TEST(VbscriptFunctions, InspectionAndArrays) {
     });
 }
 
+// Which argument is checked first decides the error a caller sees; these orders and the
+// treatment of Null differ from one function to the next.
+TEST(VbscriptFunctions, ArgumentChecksInTheLanguageOrder) {
+    expectCases({
+        // The compare argument takes 0 or 1 only.
+        {"InStr(1, \"abc\", \"b\", 2)", "error\t5\tInvalid procedure call or argument: 'InStr'"},
+        {"Split(\"a-b\", \"-\", -1, 2)", "error\t5\tInvalid procedure call or argument: 'Split'"},
+        {"StrComp(\"a\", \"b\", vbDatabaseCompare)",
+         "error\t5\tInvalid procedure call or argument: 'StrComp'"},
+        {"InStr(3, \"abcdefgh\", \"FG\", 1.4)", "3\t6"},
+        // InStr passes Null through, InStrRev does not.
+        {"InStr(2, Null, \"a\")", "1\tNull"},
+        {"InStrRev(Null, \"a\")", "error\t94\tInvalid use of Null: 'InStrRev'"},
+        {"InStrRev(\"a\", Null)", "error\t94\tInvalid use of Null: 'InStrRev'"},
+        // Mid reads a Null length before the start.
+        {"Mid(\"test\", \"a\", Null)", "error\t94\tInvalid use of Null: 'Mid'"},
+        {"Mid(\"test\", \"a\", Empty)", "error\t13\tType mismatch: 'Mid'"},
+        {"Mid(\"test\", Empty, 1)", "error\t5\tInvalid procedure call or argument: 'Mid'"},
+        {"Mid(Null, -1, -1)", "error\t5\tInvalid procedure call or argument: 'Mid'"},
+        // MonthName reads its abbreviate argument first.
+        {"MonthName(\"a\", Null)", "error\t94\tInvalid use of Null: 'MonthName'"},
+        // The value of a Format function may not be Null; its options may not either.
+        {"FormatNumber(Null)", "error\t13\tType mismatch: 'FormatNumber'"},
+        {"FormatCurrency(Null)", "error\t13\tType mismatch: 'FormatCurrency'"},
+        {"FormatPercent(Null)", "error\t13\tType mismatch: 'FormatPercent'"},
+        {"FormatNumber(0.1, Null)", "error\t94\tInvalid use of Null: 'FormatNumber'"},
+        // "#TRUE#" and "#FALSE#" are booleans to CBool only; a number in text is a date to CDate
+        // but no date text to IsDate.
+        {"CBool(\"#TRUE#\")", "11\tTrue"},
+        {"CBool(\"#false#\")", "11\tFalse"},
+        {"CByte(\"#TRUE#\")", "error\t13\tType mismatch: 'CByte'"},
+        {"CDate(\"1\")", "7\t1899-12-31T00:00:00"},
+        {"IsDate(\"4\")", "11\tFalse"},
+        {"CDate(\"abc\")", "error\t13\tType mismatch: 'CDate'"},
+        // Currency keeps every unit of a large whole Double.
+        {"CCur(922337203685477)", "6\t922337203685477"},
+        {"CCur(1.23465)", "6\t1.2347"},
+    });
+}
+
 TEST(VbscriptFunctions, ConstantsAreLiterals) {
     expectCases({
         {"vbCrLf = Chr(13) & Chr(10)", "11\tTrue"},
@@ -201,6 +244,8 @@ TEST(VbscriptFunctions, ConstantsAreLiterals) {
         {"vbSaturday", "2\t7"},
         {"vbFirstFullWeek", "2\t3"},
         {"vbShortTime", "2\t4"},
+        {"vbDatabaseCompare", "2\t2"},
+        {"vbMsgBoxSetForeground", "3\t65536"},
         {"vbUseDefault", "2\t-2"},
         {"vbObjectError", "3\t-2147221504"},
         {"vbWhite", "3\t16777215"},

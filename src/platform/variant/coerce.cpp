@@ -40,11 +40,13 @@ bool boolWord(std::string_view text, LCID lcid, bool* out) {
     text = text.substr(first, text.find_last_not_of(" \t") - first + 1);
     const LocaleInfo& locale = localeInfo(lcid);
     String word(text);
-    if (word.equalsIgnoreCase("True") || word.equalsIgnoreCase(locale.trueName)) {
+    if (word.equalsIgnoreCase("True") || word.equalsIgnoreCase("#TRUE#") ||
+        word.equalsIgnoreCase(locale.trueName)) {
         *out = true;
         return true;
     }
-    if (word.equalsIgnoreCase("False") || word.equalsIgnoreCase(locale.falseName)) {
+    if (word.equalsIgnoreCase("False") || word.equalsIgnoreCase("#FALSE#") ||
+        word.equalsIgnoreCase(locale.falseName)) {
         *out = false;
         return true;
     }
@@ -221,7 +223,12 @@ HRESULT currencyOf(const Variant& v, LCID lcid, std::int64_t* out) {
         double d;
         HRESULT hr = doubleOf(v, lcid, &d);
         if (FAILED(hr)) return hr;
-        return roundToInteger(d * 10000.0, out);
+        // Scaled in extended precision the product is exact for every value in range, so a
+        // Double just above a half (1.23465) rounds up and large whole numbers keep their units.
+        long double scaled = std::nearbyintl(static_cast<long double>(d) * 10000.0L);
+        if (!(std::fabs(scaled) < 9223372036854775808.0L)) return DISP_E_OVERFLOW;
+        *out = static_cast<std::int64_t>(scaled);
+        return S_OK;
     }
     }
 }

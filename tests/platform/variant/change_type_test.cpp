@@ -185,9 +185,11 @@ TEST(ChangeType, BetweenNumbers) {
         {__LINE__, I2(-1), US, VT_UI1, DISP_E_OVERFLOW, {}},
         {__LINE__, R8(255.4), US, VT_UI1, S_OK, Byte(255)},
         {__LINE__, R8(-0.4), US, VT_UI1, S_OK, Byte(0)},
-        // Currency: four decimals, half to even both ways.
+        // Currency: four decimals, half to even both ways. A Double rounds as its exact binary
+        // value does: 0.00005 and 1.23465 lie just above the half.
         {__LINE__, R8(1.5), US, VT_CY, S_OK, Cy(1.5)},
-        {__LINE__, R8(0.00005), US, VT_CY, S_OK, Cy(0)},
+        {__LINE__, R8(0.00005), US, VT_CY, S_OK, Cy(0.0001)},
+        {__LINE__, R8(1.23465), US, VT_CY, S_OK, Cy(1.2347)},
         {__LINE__, R8(-9e14), US, VT_CY, S_OK, Cy(-9e14)},
         {__LINE__, R8(1e15), US, VT_CY, DISP_E_OVERFLOW, {}},
         {__LINE__, Cy(2.5), US, VT_I2, S_OK, I2(2)},
