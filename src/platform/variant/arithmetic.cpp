@@ -64,12 +64,18 @@ HRESULT operation(Variant* out, F&& f) {
 }
 
 // The type in which + - * work: dates win (a date and a number make a date, two dates
-// subtracted make days), then Currency, then Double (text is read as a Double), then Single
+// subtracted make days), then Currency (but Currency times a floating number, text or a date
+// is a Double), then Double (text is read as a Double), then Single
 // (Long with Single makes Double), then Long, Integer (booleans are Integers) and Byte.
 VARTYPE resultType(Op op, const Variant& l, const Variant& r) {
     if (op != Op::Mul && either(l, r, VT_DATE))
         return op == Op::Sub && l.vt() == VT_DATE && r.vt() == VT_DATE ? VT_R8 : VT_DATE;
-    if (either(l, r, VT_CY)) return VT_CY;
+    if (either(l, r, VT_CY)) {
+        // A product with a floating number is as precise as the Double; sums stay Currency.
+        bool floating = either(l, r, VT_R8) || either(l, r, VT_R4) || either(l, r, VT_BSTR) ||
+                        either(l, r, VT_DATE);
+        return op == Op::Mul && floating ? VT_R8 : VT_CY;
+    }
     if (either(l, r, VT_R8) || either(l, r, VT_BSTR) || either(l, r, VT_DATE)) return VT_R8;
     if (either(l, r, VT_R4)) return either(l, r, VT_I4) ? VT_R8 : VT_R4;
     if (either(l, r, VT_I4)) return VT_I4;
@@ -373,12 +379,30 @@ HRESULT doubleOperation(const Variant& l, const Variant& r, Variant* out, F&& f)
     });
 }
 
+namespace {
+
+// A quotient is a Single when a Single is divided by a Single or a narrower whole number (or
+// divides one): Integer, Byte, Boolean or Empty. With a Long, or anything else, it is a Double.
+bool singleQuotient(const Variant& l, const Variant& r) {
+    auto narrow = [](VARTYPE vt) {
+        return vt == VT_R4 || vt == VT_I2 || vt == VT_UI1 || vt == VT_BOOL || vt == VT_EMPTY;
+    };
+    return either(l, r, VT_R4) && narrow(l.vt()) && narrow(r.vt());
+}
+
+} // namespace
+
 HRESULT varDiv(const Variant& l, const Variant& r, Variant* out) {
-    return doubleOperation(l, r, out, [](double a, double b, double* v) -> HRESULT {
+    bool single = singleQuotient(l, r); // before `out`, which may be `l`, changes
+    HRESULT hr = doubleOperation(l, r, out, [](double a, double b, double* v) -> HRESULT {
         if (b == 0) return a == 0 ? DISP_E_OVERFLOW : DISP_E_DIVBYZERO; // 0/0 has no value
         *v = a / b;
         return std::isfinite(*v) ? S_OK : DISP_E_OVERFLOW;
     });
+    // A Single quotient too large for a Single stays a Double.
+    if (SUCCEEDED(hr) && single && out->vt() == VT_R8 && std::fabs(out->r8()) <= FLT_MAX)
+        *out = Variant(static_cast<float>(out->r8()));
+    return hr;
 }
 
 HRESULT varIdiv(const Variant& l, const Variant& r, Variant* out) {

@@ -112,6 +112,9 @@ TEST(Operators, SubtractAndMultiply) {
               {__LINE__, Date(2), I2(3), S_OK, R8(6)},
               {__LINE__, Str("2,5"), I2(2), S_OK, R8(50)}, // en-US: "," groups and is skipped
               {__LINE__, Cy(1.5), Cy(1.5), S_OK, Cy(2.25)},
+              {__LINE__, Cy(1.5), I4(3), S_OK, Cy(4.5)},
+              {__LINE__, Cy(1.5), R8(2.5), S_OK, R8(3.75)}, // as precise as the Double
+              {__LINE__, Str("2"), Cy(1.5), S_OK, R8(3)},
               {__LINE__, Cy(0.0001), Cy(0.5), S_OK, Cy(0)},      // 0.00005 rounds half to even
               {__LINE__, Cy(0.0003), Cy(0.5), S_OK, Cy(0.0002)}, // 0.00015 too
               {__LINE__, R4(2), R4(0.5f), S_OK, R4(1)},
@@ -123,7 +126,13 @@ TEST(Operators, SubtractAndMultiply) {
 TEST(Operators, Divide) {
     check(varDiv, {
                       {__LINE__, I2(1), I2(2), S_OK, R8(0.5)},
-                      {__LINE__, R4(1), R4(4), S_OK, R8(0.25)},
+                      // A Single with a Single or a narrower whole number gives a Single.
+                      {__LINE__, R4(1), R4(4), S_OK, R4(0.25f)},
+                      {__LINE__, I2(1), R4(4), S_OK, R4(0.25f)},
+                      {__LINE__, R4(1), Bool(true), S_OK, R4(-1)},
+                      {__LINE__, Empty(), R4(4), S_OK, R4(0)},
+                      {__LINE__, R4(1), I4(4), S_OK, R8(0.25)},
+                      {__LINE__, R4(3e38f), R4(0.5f), S_OK, R8(double(3e38f) * 2)},
                       {__LINE__, Cy(1), I2(8), S_OK, R8(0.125)},
                       {__LINE__, Str("9"), Str("3"), S_OK, R8(3)},
                       {__LINE__, I2(1), I2(0), DISP_E_DIVBYZERO, {}},
