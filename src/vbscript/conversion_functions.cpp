@@ -1,4 +1,5 @@
-// CBool, CByte, CCur, CDate, CDbl, CInt, CLng, CSng, CStr, Hex, Oct, Asc, AscW, Chr, ChrW.
+// CBool, CByte, CCur, CDate, CDbl, CInt, CLng, CSng, CStr, Hex, Oct, RGB, Asc, AscW, Chr, ChrW.
+#include <algorithm>
 #include <string>
 
 #include <qvr/string.h>
@@ -55,6 +56,18 @@ void radixText(CallContext& cx, Variant* args, Variant* out, int bitsPerDigit) {
         bits >>= bitsPerDigit;
     } while (bits);
     *out = textResult(std::move(digits));
+}
+
+// RGB: the colour as a Long, red in the low byte; a part above 255 counts as 255, a negative
+// part is refused.
+void rgbFn(CallContext& cx, Variant* args, int, Variant* out) {
+    std::int32_t colour = 0;
+    for (int i = 0; i < 3; ++i) {
+        std::int32_t part = toLong(args[i], cx.lcid);
+        if (part < 0) raise(kInvalidCall);
+        colour |= std::min(part, 255) << (8 * i);
+    }
+    *out = Variant(colour);
 }
 
 void hexFn(CallContext& cx, Variant* args, int, Variant* out) {
@@ -120,6 +133,7 @@ constexpr Builtin kConversions[] = {
     {"CStr", 1, 1, kPure, convert<VT_BSTR>},
     {"Hex", 1, 1, kPure, hexFn},
     {"Oct", 1, 1, kPure, octFn},
+    {"RGB", 3, 3, kPure, rgbFn},
 };
 
 } // namespace

@@ -71,6 +71,10 @@ TEST(VbscriptFunctions, Conversions) {
         {"Hex(-1)", "8\t\"FFFF\""},
         {"Hex(-32769)", "8\t\"FFFF7FFF\""},
         {"Hex(Null)", "1\tNull"},
+        {"RGB(255, 30, 30)", "3\t1974015"},
+        {"RGB(300, 0, 1.5)", "3\t131327"}, // above 255 is 255; parts round half to even
+        {"RGB(0, -1, 0)", "error\t5\tInvalid procedure call or argument: 'RGB'"},
+        {"RGB(Null, 0, 0)", "error\t94\tInvalid use of Null: 'RGB'"},
         {"Oct(8)", "8\t\"10\""},
         {"Asc(\"A\")", "2\t65"},
         {"Asc(\"€\")", "2\t128"},
