@@ -111,14 +111,12 @@ public:
     }
     Variant& operator=(Variant&& o) noexcept {
         if (this == &o) return *this;
-        if (payloadOf(vt_) == Payload::Scalar) {
-            vt_ = o.vt_;
-            takePayload(o);
-        } else {
+        if (payloadOf(vt_) != Payload::Scalar) {
             Variant old(std::move(*this)); // released last: `o` may live inside it
-            vt_ = o.vt_;
-            takePayload(o);
+            return *this = std::move(o);
         }
+        vt_ = o.vt_;
+        takePayload(o);
         return *this;
     }
     ~Variant() { destroyPayload(); }

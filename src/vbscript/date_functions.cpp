@@ -117,9 +117,7 @@ void dateSerialFn(CallContext& cx, Variant* args, int, Variant* out) {
     std::int64_t year = toLong(args[0], cx.lcid);
     std::int64_t month = toLong(args[1], cx.lcid);
     std::int64_t day = toLong(args[2], cx.lcid);
-    // Two-digit years follow the platform's window: 0-29 are 2000-2029, 30-99 are 1930-1999.
-    if (year >= 0 && year <= 29) year += 2000;
-    if (year >= 30 && year <= 99) year += 1900;
+    if (year >= 0 && year <= 99) year = expandTwoDigitYear(static_cast<int>(year));
     if (year < -100000 || year > 100000) raise(kInvalidCall);
     *out = Variant::date(dateOfSeconds(dayOfCivil(year, month, day) * kSecondsPerDay));
 }

@@ -1,6 +1,5 @@
 // FormatNumber, FormatCurrency, FormatPercent, FormatDateTime under the user's locale.
 #include <cmath>
-#include <cstdio>
 #include <string>
 
 #include "platform/variant/locale_info.h"
@@ -128,17 +127,14 @@ void formatDateTimeFn(CallContext& cx, Variant* args, int argc, Variant* out) {
     std::int32_t form = optionalLong(args, argc, 1, 0, cx.lcid);
     if (form < 0 || form > 4) raise(kInvalidCall);
     if (form == 4) {
-        // The short time is always 24-hour "hh:mm", whatever the locale's pattern.
-        DateParts p;
-        if (!dateToParts(date, &p)) raise(kInvalidCall);
-        char text[8];
-        std::snprintf(text, sizeof text, "%02d:%02d", p.hour % 100, p.minute % 100);
-        *out = textResult(text);
+        // vbShortTime is always the 24-hour "HH:mm", whatever the locale's short time.
+        DateParts parts;
+        if (!dateToParts(date, &parts)) raise(kInvalidCall);
+        *out = textResult(formatDatePicture(parts, "HH:mm", localeInfo(cx.lcid)));
         return;
     }
     static constexpr DateForm kForms[] = {DateForm::General, DateForm::LongDate,
-                                          DateForm::ShortDate, DateForm::LongTime,
-                                          DateForm::ShortTime};
+                                          DateForm::ShortDate, DateForm::LongTime};
     *out = textResult(formatDate(date, cx.lcid, kForms[form]));
 }
 

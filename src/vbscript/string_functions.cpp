@@ -38,8 +38,10 @@ void slice(CallContext& cx, Variant* args, int argc, Variant* out, char which, b
     resolveDefault(args[0]);
     if (which == 'M') {
         // A Null length is reported before anything wrong with the start.
-        if (present(args, argc, 2)) resolveDefault(args[2]);
-        if (present(args, argc, 2) && args[2].isNull()) raise(kInvalidUseOfNull);
+        if (present(args, argc, 2)) {
+            resolveDefault(args[2]);
+            if (args[2].isNull()) raise(kInvalidUseOfNull);
+        }
         std::int32_t start = toLong(args[1], cx.lcid);
         if (start < 1) raise(kInvalidCall);
         std::size_t length = present(args, argc, 2) ? count(args[2], cx.lcid) : SIZE_MAX;

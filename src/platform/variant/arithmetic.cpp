@@ -70,13 +70,13 @@ HRESULT operation(Variant* out, F&& f) {
 VARTYPE resultType(Op op, const Variant& l, const Variant& r) {
     if (op != Op::Mul && either(l, r, VT_DATE))
         return op == Op::Sub && l.vt() == VT_DATE && r.vt() == VT_DATE ? VT_R8 : VT_DATE;
+    bool doubleLike = either(l, r, VT_R8) || either(l, r, VT_BSTR) || either(l, r, VT_DATE);
     if (either(l, r, VT_CY)) {
         // A product with a floating number is as precise as the Double; sums stay Currency.
-        bool floating = either(l, r, VT_R8) || either(l, r, VT_R4) || either(l, r, VT_BSTR) ||
-                        either(l, r, VT_DATE);
+        bool floating = doubleLike || either(l, r, VT_R4);
         return op == Op::Mul && floating ? VT_R8 : VT_CY;
     }
-    if (either(l, r, VT_R8) || either(l, r, VT_BSTR) || either(l, r, VT_DATE)) return VT_R8;
+    if (doubleLike) return VT_R8;
     if (either(l, r, VT_R4)) return either(l, r, VT_I4) ? VT_R8 : VT_R4;
     if (either(l, r, VT_I4)) return VT_I4;
     if (either(l, r, VT_I2) || either(l, r, VT_BOOL)) return VT_I2;
