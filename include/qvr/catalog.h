@@ -21,6 +21,7 @@
 #include <qvr/object.h>
 #include <qvr/object_list.h>
 #include <qvr/stream.h>
+#include <qvr/supplier.h>
 #include <qvr/table_cache.h>
 
 namespace qvr {
@@ -42,14 +43,34 @@ public:
     virtual HRESULT put_desc(const String& desc) = 0;
     // The whole document as text.
     virtual HRESULT get_xml(String* xml) = 0;
+
+    // The singletons of the root. Each stands at most once, in this order, ahead of the
+    // chapters: Desc, Images, Link, Documents, ActiveXs (never written, kept in place), Extrinsics,
+    // OrderInfo, Supplier. A getter answers S_FALSE and null when there is none; a setter puts a
+    // new one right behind the nearest of its predecessors that stands there, replaces the one
+    // there, or with null removes it. Any object lands where the setter puts it.
+    virtual HRESULT get_images(Ref<IQVRCatalogImages>* images) = 0;
+    virtual HRESULT putref_images(IQVRCatalogObject* images) = 0;
+    virtual HRESULT get_link(Ref<IQVRCatalogLink>* link) = 0;
+    virtual HRESULT putref_link(IQVRCatalogObject* link) = 0;
+    virtual HRESULT get_documents(Ref<IQVRCatalogDocuments>* documents) = 0;
+    virtual HRESULT putref_documents(IQVRCatalogObject* documents) = 0;
     // The table cache (qvr/table_cache.h): the open tables of the catalog's parts. It lives as
     // long as the catalog and needs no document.
     virtual HRESULT get_tables(Ref<IQVRCatalogObjectList>* tables) = 0;
+    virtual HRESULT get_orderInfo(Ref<IQVRCatalogOrderInfo>* orderInfo) = 0;
+    virtual HRESULT putref_orderInfo(IQVRCatalogObject* orderInfo) = 0;
+    virtual HRESULT get_supplier(Ref<IQVRCatalogSupplier>* supplier) = 0;
+    virtual HRESULT putref_supplier(IQVRCatalogObject* supplier) = 0;
     // The folder URL against which relative references resolve, with a trailing "/".
     virtual HRESULT get_baseUrl(String* baseUrl) = 0;
     // A path is stored in its URL form. A value that already is a URL is stored as it is and
     // the call still answers E_FAIL: read that answer as "stored unchanged", not as a refusal.
     virtual HRESULT put_baseUrl(const String& baseUrl) = 0;
+    // Unlike the other singleton getters: when there is none, S_FALSE and `extrinsics` left as
+    // it was.
+    virtual HRESULT get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) = 0;
+    virtual HRESULT putref_extrinsics(IQVRCatalogObject* extrinsics) = 0;
     virtual HRESULT getHostStream(Ref<IStream>* stream) = 0;
     // Stores an opaque reference for the host application; it is not counted.
     virtual HRESULT putref_host(IUnknown* host) = 0;
@@ -67,14 +88,51 @@ public:
     // A new document with the given name and language; `baseUrl` as put_baseUrl takes it.
     virtual HRESULT create(const String& baseUrl, const String& name, const String& language,
                            VARIANT_BOOL* done) = 0;
-    // New elements, standing in no tree until a parent inserts them.
+    // New elements, standing in no tree until a parent inserts them. A required text that is
+    // null gives E_INVALIDARG before anything else is looked at. The new element is filled
+    // through its own operations, whose events reach this catalog's sinks; the first failure
+    // ends the making, and its status (and message) comes back with no object. Objects given
+    // are moved into the new element; one left out (null) goes to the element's own operation
+    // all the same, which decides what that means.
     virtual HRESULT createChapter(const String& name, Ref<IQVRCatalogChapter>* chapter) = 0;
     virtual HRESULT createPart(const String& name, Ref<IQVRCatalogPart>* part) = 0;
+    virtual HRESULT createOrderInfo(const Variant& effDate, const Variant& expDate,
+                                    IQVRCatalogObject* availability,
+                                    Ref<IQVRCatalogOrderInfo>* orderInfo) = 0;
+    virtual HRESULT createAvailability(IQVRCatalogObject* countryCode,
+                                       Ref<IQVRCatalogAvailability>* availability) = 0;
+    virtual HRESULT createCountryCode(const String& code, const String& value,
+                                      Ref<IQVRCatalogCountryCode>* countryCode) = 0;
+    virtual HRESULT createOrderTarget(IQVRCatalogObject* target,
+                                      Ref<IQVRCatalogOrderTarget>* orderTarget) = 0;
+    virtual HRESULT createOrderMethod(IQVRCatalogObject* orderTarget, const String& protocol,
+                                      Ref<IQVRCatalogOrderMethod>* orderMethod) = 0;
+    virtual HRESULT createOrderMethods(IQVRCatalogObject* orderMethod,
+                                       Ref<IQVRCatalogOrderMethods>* orderMethods) = 0;
+    virtual HRESULT createSupplierLocation(IQVRCatalogObject* address,
+                                           IQVRCatalogObject* orderMethods,
+                                           Ref<IQVRCatalogSupplierLocation>* location) = 0;
+    virtual HRESULT createSupplierID(const String& domain, const String& value,
+                                     Ref<IQVRCatalogSupplierID>* id) = 0;
+    virtual HRESULT createSupplierIDs(IQVRCatalogObject* id, Ref<IQVRCatalogSupplierIDs>* ids) = 0;
+    virtual HRESULT createECommerceCenterID(const String& domain, const String& value,
+                                            Ref<IQVRCatalogECommerceCenterID>* id) = 0;
+    virtual HRESULT createECommerceCenterIDs(IQVRCatalogObject* id,
+                                             Ref<IQVRCatalogECommerceCenterIDs>* ids) = 0;
+    // The groups may be null; the location may not (appendChild answers E_POINTER).
+    virtual HRESULT createSupplier(const String& name, const String& desc,
+                                   IQVRCatalogObject* images, IQVRCatalogObject* link,
+                                   IQVRCatalogObject* documents, IQVRCatalogObject* supplierIDs,
+                                   IQVRCatalogObject* eCommerceCenterIDs,
+                                   IQVRCatalogObject* location,
+                                   Ref<IQVRCatalogSupplier>* supplier) = 0;
     // Delivers an event to this catalog's sinks. 30001 to 30004 call the sink method of that
     // number; any other number arrives as onObjectInserted.
     virtual HRESULT fireEvent(std::int32_t event, IQVRCatalogObject* subject,
                               const Variant& position, VARIANT_BOOL* result) = 0;
-    // The element whose `id` is `id` (a GUID text of 36 characters), anywhere in the document.
+    // The element whose `id` is `id` (a GUID text of 36 characters), anywhere in the document,
+    // with the catalog as its parent whatever its true parent is. Shorter than 35 characters:
+    // E_INVALIDARG unsearched. The catalog's own id matches in any case, others exactly.
     virtual HRESULT findById(const String& id, Ref<IQVRCatalogObject>* object) = 0;
     // Adds a sink; the catalog holds it until unadvise.
     virtual HRESULT advise(IQVRCatalogEvents* sink, std::uint32_t* cookie) = 0;

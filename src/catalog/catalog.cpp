@@ -1,10 +1,7 @@
 #include "catalog/catalog.h"
 
-#include "content/chapter.h"
-#include "content/part.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
-#include "core/object_factory.h"
 #include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
@@ -298,51 +295,6 @@ HRESULT CQVRCatalog::create(const String& baseUrl, const String& name, const Str
         put_baseUrl(baseUrl); // a URL answers E_FAIL although it is stored
         *done = VARIANT_TRUE;
         return S_OK;
-    });
-}
-
-// --- Factories and lookup ----------------------------------------------------------------------
-
-template <class T, class I>
-HRESULT CQVRCatalog::createElementObject(const String& name, Ref<I>* out) {
-    return guarded([&] {
-        if (!out) return E_POINTER;
-        *out = nullptr;
-        if (name.isNull()) return E_INVALIDARG;
-        if (!initialized()) return notInitialized();
-        Ref<T> created;
-        HRESULT hr = createNewWrapper<T>(document_, self(), &created);
-        if (hr == S_OK) hr = created->fillNew(name);
-        if (hr == S_OK) *out = created.get();
-        return hr;
-    });
-}
-
-HRESULT CQVRCatalog::createChapter(const String& name, Ref<IQVRCatalogChapter>* chapter) {
-    return createElementObject<CQVRCatalogChapter>(name, chapter);
-}
-
-HRESULT CQVRCatalog::createPart(const String& name, Ref<IQVRCatalogPart>* part) {
-    return createElementObject<CQVRCatalogPart>(name, part);
-}
-
-HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) {
-    return guarded([&] {
-        // Meant for GUID texts: anything shorter is refused unsearched.
-        if (id.isNull() || id.length() < 35) return E_INVALIDARG;
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        Ref<IXMLDOMElement> root;
-        HRESULT hr = requireElement(&root);
-        if (hr != S_OK) return hr;
-        String rootId;
-        if (root->getAttribute("id", &rootId) == S_OK && rootId.equalsIgnoreCase(id.view())) {
-            *object = self();
-            return S_OK;
-        }
-        Ref<IXMLDOMNode> node;
-        if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
-        return CXMLDOMTool(node).createObject(self(), self(), object);
     });
 }
 

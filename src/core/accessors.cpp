@@ -128,6 +128,19 @@ HRESULT putReferenceText(ObjectFrame& object, const String& text) noexcept {
     });
 }
 
+HRESULT putUniqueAttribute(ObjectFrame& object, const char* name, const String& value,
+                           bool (*accepts)(const String&), std::uint32_t refusal) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        if (accepts && !accepts(value)) return object.report(refusal);
+        Ref<IXMLDOMNode> parent;
+        HRESULT hr = element->get_parentNode(&parent);
+        if (FAILED(hr)) return hr;
+        CXMLDOMTool siblings = parent ? CXMLDOMTool(parent) : CXMLDOMTool();
+        if (siblings.checkUniqueAttribute(element, name, value) != S_OK) return object.report(134);
+        return changed(object, element->setAttribute(name, value));
+    });
+}
+
 HRESULT getChildText(ObjectFrame& object, const char* child, String* text) noexcept {
     return onElement(object, text, [&](IXMLDOMElement* element) {
         Ref<IXMLDOMNode> node;
@@ -169,6 +182,37 @@ HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const Stri
             hr = writeTextChild(element, node, child, text, followers);
         else if (node)
             hr = CXMLDOMTool(element).removeNode(node);
+        return changed(object, FAILED(hr) ? hr : S_OK);
+    });
+}
+
+HRESULT getDateChild(ObjectFrame& object, const char* child, Variant* date) noexcept {
+    return onElement(object, date, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (hr != S_OK) return hr;
+        String text;
+        if ((hr = node->get_text(&text)) != S_OK) return hr;
+        Variant read;
+        if ((hr = changeType(&read, Variant(std::move(text)), LOCALE_USER_DEFAULT, 0, VT_DATE)) ==
+            S_OK)
+            *date = std::move(read);
+        return hr;
+    });
+}
+
+HRESULT putDateChild(ObjectFrame& object, const char* child, const Variant& date,
+                     ChildNames followers) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (FAILED(hr)) return hr;
+        // What a caller's left-out argument gives counts as no date.
+        if (date.vt() == VT_EMPTY || date.vt() == VT_ERROR)
+            return node ? changed(object, CXMLDOMTool(element).removeNode(node)) : S_OK;
+        Variant text;
+        if ((hr = changeType(&text, date, LOCALE_USER_DEFAULT, 0, VT_BSTR)) != S_OK) return hr;
+        hr = writeTextChild(element, node, child, text.str(), followers);
         return changed(object, FAILED(hr) ? hr : S_OK);
     });
 }
@@ -218,6 +262,12 @@ HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* 
         }
         return changed(object, FAILED(hr) ? hr : S_OK);
     });
+}
+
+HRESULT putRequiredSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
+                             ChildNames predecessors) noexcept {
+    if (!value) return E_POINTER;
+    return putSingleton(object, child, value, predecessors);
 }
 
 } // namespace qvr::accessors

@@ -12,6 +12,7 @@
 // succeeded. Every function here is noexcept: exceptions become statuses.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -59,6 +60,14 @@ HRESULT putOwnText(ObjectFrame& object, const String& text) noexcept;
 HRESULT getReferenceText(ObjectFrame& object, String* text) noexcept;
 HRESULT putReferenceText(ObjectFrame& object, const String& text) noexcept;
 
+// A key attribute that no sibling may share: `value` must pass `accepts` (when given), else
+// message `refusal`; a value that another child of the parent holds gives message 134. The value
+// the attribute already holds passes, and so does any value of an element without parent. Both
+// refusals answer E_FAIL and change nothing.
+HRESULT putUniqueAttribute(ObjectFrame& object, const char* name, const String& value,
+                           bool (*accepts)(const String&) = nullptr,
+                           std::uint32_t refusal = 0) noexcept;
+
 // Child-text property, read: absent child gives S_FALSE and `text` not written.
 HRESULT getChildText(ObjectFrame& object, const char* child, String* text) noexcept;
 // Sets the text of an existing child only: without one, S_FALSE and no event.
@@ -87,6 +96,15 @@ HRESULT wrapSelected(IXMLDOMElement* element, const char* xpath, IQVRCatalogObje
     return *object ? S_OK : E_NOINTERFACE;
 }
 
+// Date child property: the child's text read as a date under the user's locale. Absent:
+// S_FALSE; a text that is no date: the conversion's status; `date` is written only at S_OK.
+HRESULT getDateChild(ObjectFrame& object, const char* child, Variant* date) noexcept;
+// Stores the value's text under the user's locale, making the child ahead of the first of
+// `followers` that exists when there is none. An empty or missing value removes the child; when
+// there is none, nothing happens and nothing fires.
+HRESULT putDateChild(ObjectFrame& object, const char* child, const Variant& date,
+                     ChildNames followers) noexcept;
+
 // Singleton property: the child `child` wrapped with this object as parent; absent: S_FALSE and
 // null.
 HRESULT getSingleton(ObjectFrame& object, const char* child,
@@ -105,6 +123,9 @@ HRESULT getSingleton(ObjectFrame& object, const char* child, Ref<I>* value) noex
 // last of `predecessors` that exists, or first. The event fires also when nothing was done.
 HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
                      ChildNames predecessors) noexcept;
+// A singleton that, once set, can be replaced but not removed: null gives E_POINTER.
+HRESULT putRequiredSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
+                             ChildNames predecessors) noexcept;
 
 } // namespace accessors
 } // namespace qvr

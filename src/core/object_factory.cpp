@@ -1,7 +1,10 @@
 #include "core/object_factory.h"
 
 #include "content/chapter.h"
+#include "content/order_info.h"
+#include "content/order_method.h"
 #include "content/part.h"
+#include "content/supplier.h"
 #include "core/object_types.h"
 #include "formulas/calculated_column.h"
 #include "tables/const_column.h"
@@ -28,9 +31,9 @@ constexpr TagRow tagTable[] = {
     {"Link", qvrLink, nullptr},
     {"Class", qvrClass, nullptr},
     {"Classifications", qvrClassifications, nullptr},
-    {"OrderInfo", qvrOrderInfo, nullptr},
-    {"Availability", qvrAvailability, nullptr},
-    {"CountryCode", qvrCountryCode, nullptr},
+    {"OrderInfo", qvrOrderInfo, &createWrapper<CQVRCatalogOrderInfo>},
+    {"Availability", qvrAvailability, &createWrapper<CQVRCatalogAvailability>},
+    {"CountryCode", qvrCountryCode, &createWrapper<CQVRCatalogCountryCode>},
     {"Document", qvrDocument, nullptr},
     {"Documents", qvrDocuments, nullptr},
     {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
@@ -43,9 +46,9 @@ constexpr TagRow tagTable[] = {
     {"ColumnConstView", qvrConstView, nullptr},
     {"ColumnConst", qvrConstColumn, &createWrapper<CQVRTableConstColumn>},
     {"ColumnCalc", qvrCalculatedColumn, &createWrapper<CQVRTableCalculatedColumn>},
-    {"OrderTarget", qvrOrderTarget, nullptr},
-    {"OrderMethod", qvrOrderMethod, nullptr},
-    {"OrderMethods", qvrOrderMethods, nullptr},
+    {"OrderTarget", qvrOrderTarget, &createWrapper<CQVRCatalogOrderTarget>},
+    {"OrderMethod", qvrOrderMethod, &createWrapper<CQVRCatalogOrderMethod>},
+    {"OrderMethods", qvrOrderMethods, &createWrapper<CQVRCatalogOrderMethods>},
     {"TelephoneNumber", qvrTelephoneNumber, nullptr},
     {"Phone", qvrPhone, nullptr},
     {"Fax", qvrFax, nullptr},
@@ -53,12 +56,12 @@ constexpr TagRow tagTable[] = {
     {"Street", qvrStreet, nullptr},
     {"PostalAddress", qvrPostalAddress, nullptr},
     {"Address", qvrAddress, nullptr},
-    {"SupplierLocation", qvrSupplierLocation, nullptr},
-    {"SupplierID", qvrSupplierID, nullptr},
-    {"SupplierIDs", qvrSupplierIDs, nullptr},
-    {"ECommerceCenterID", qvrECommerceCenterID, nullptr},
-    {"ECommerceCenterIDs", qvrECommerceCenterIDs, nullptr},
-    {"Supplier", qvrSupplier, nullptr},
+    {"SupplierLocation", qvrSupplierLocation, &createWrapper<CQVRCatalogSupplierLocation>},
+    {"SupplierID", qvrSupplierID, &createWrapper<CQVRCatalogSupplierID>},
+    {"SupplierIDs", qvrSupplierIDs, &createWrapper<CQVRCatalogSupplierIDs>},
+    {"ECommerceCenterID", qvrECommerceCenterID, &createWrapper<CQVRCatalogECommerceCenterID>},
+    {"ECommerceCenterIDs", qvrECommerceCenterIDs, &createWrapper<CQVRCatalogECommerceCenterIDs>},
+    {"Supplier", qvrSupplier, &createWrapper<CQVRCatalogSupplier>},
     {"ColumnUnique", qvrUniqueColumn, &createWrapper<CQVRTableUniqueColumn>},
     {"RowUnique", qvrInfoCell, &createWrapper<CQVRTableInfoCell>},
     {"Extrinsics", qvrExtrinsics, nullptr},

@@ -16,7 +16,6 @@ class StandInImages final : public CatalogObject<IQVRCatalogImages, qvrImages> {
 class StandInImage final : public CatalogObject<IQVRCatalogObject, qvrImage> {};
 class StandInLink final : public CatalogObject<IQVRCatalogLink, qvrLink> {};
 class StandInExtrinsics final : public CatalogObject<IQVRCatalogExtrinsics, qvrExtrinsics> {};
-class StandInOrderInfo final : public CatalogObject<IQVRCatalogOrderInfo, qvrOrderInfo> {};
 class StandInClassifications final
     : public CatalogObject<IQVRCatalogClassifications, qvrClassifications> {};
 

@@ -100,9 +100,11 @@ TEST(ChapterAndPart, NameVisibilityAndDescription) {
 TEST(ChapterAndPart, GroupsLandAtTheirPlaceInTheChildOrder) {
     Ref<IQVRCatalog> catalog = newCatalog();
     Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
+    Ref<IQVRCatalogOrderInfo> orderInfo;
+    ASSERT_EQ(catalog->createOrderInfo(Variant(), Variant(), nullptr, &orderInfo), S_OK);
     Listener listener(catalog);
 
-    ASSERT_EQ(part->putref_orderInfo(makeStandIn<StandInOrderInfo>(catalog)->self()), S_OK);
+    ASSERT_EQ(part->putref_orderInfo(orderInfo), S_OK);
     ASSERT_EQ(part->putref_classifications(makeStandIn<StandInClassifications>(catalog)->self()),
               S_OK);
     Ref<StandInImages> images = makeStandIn<StandInImages>(catalog);
