@@ -1,7 +1,8 @@
 // The demo: what a client of the library does, from an empty folder to a catalog read back.
 //
 //   1. In a fresh temporary folder it builds a catalog of fasteners: chapters, parts, and for each
-//      part a table with plain, const and calculated columns and a few rows.
+//      part a table with plain, const and calculated columns and a few rows; the catalog tells
+//      when and where its parts can be ordered.
 //   2. It edits the catalog while a listener hears every change, then saves the catalog, which
 //      writes the open tables first.
 //   3. It loads the files as a new client would and prints the tree, and each part's table with
@@ -61,6 +62,11 @@ const DemoPart demoParts[] = {
     {"Hexagon head bolts", "Hex bolt M10", "hex-bolt-m10.xml", "M10", 10.0, {30, 50}},
     {"Socket head cap screws", "Socket screw M6", "socket-screw-m6.xml", "M6", 6.0, {16, 25}},
 };
+
+// When and where the catalog's parts can be ordered: ISO country code and name.
+const DATE orderableFrom = 46082.0;  // 2026-03-01
+const DATE orderableUntil = 46752.0; // 2027-12-31
+const char* const availableIn[][2] = {{"DE", "Germany"}, {"AT", "Austria"}, {"CH", "Switzerland"}};
 
 // --- Small helpers -------------------------------------------------------------------------
 
@@ -188,12 +194,30 @@ void giveTable(IQVRCatalogPart* part, const DemoPart& plan, const std::string& f
     check(part->setTableLocation(folder, "", plan.file), "make the reference relative");
 }
 
+void giveOrderInfo(IQVRCatalog* catalog) {
+    Ref<IQVRCatalogAvailability> availability;
+    for (const auto& [code, country] : availableIn) {
+        Ref<IQVRCatalogCountryCode> made;
+        check(catalog->createCountryCode(code, country, &made), "create a country code");
+        if (!availability)
+            check(catalog->createAvailability(made, &availability), "create the availability");
+        else
+            check(availability->appendChild(made, nullptr), std::string("add ") + country);
+    }
+    Ref<IQVRCatalogOrderInfo> orderInfo;
+    check(catalog->createOrderInfo(Variant::date(orderableFrom), Variant::date(orderableUntil),
+                                   availability, &orderInfo),
+          "create the order information");
+    check(catalog->putref_orderInfo(orderInfo), "give the catalog its order information");
+}
+
 Ref<IQVRCatalog> buildCatalog(const std::string& folder) {
     Ref<IQVRCatalog> catalog;
     VARIANT_BOOL ok = VARIANT_FALSE;
     check(CreateCatalog(&catalog), "create the catalog");
     check(catalog->create(folder, "Fasteners", "en", &ok), "start the catalog");
     check(catalog->put_desc("Bolts and screws of the demo"), "describe the catalog");
+    giveOrderInfo(catalog);
     Ref<IQVRCatalogChapter> top;
     check(catalog->createChapter("Bolts and screws", &top), "create a chapter");
     check(catalog->appendChild(top, nullptr), "append the chapter");
@@ -292,6 +316,29 @@ void printTree(IQVRCatalogObject* object, int depth) {
         std::printf("%s\n", line.c_str());
         printTree(child, depth + 1);
     }
+}
+
+// When and where the catalog's parts can be ordered. The dates are stored under the user's
+// locale, en-US by default.
+void printOrderInfo(IQVRCatalog* catalog) {
+    Ref<IQVRCatalogOrderInfo> orderInfo;
+    if (catalog->get_orderInfo(&orderInfo) != S_OK) return;
+    Variant from, until;
+    check(orderInfo->get_effDate(&from), "read the effective date");
+    check(orderInfo->get_expDate(&until), "read the expiry date");
+    std::string countries;
+    Ref<IQVRCatalogAvailability> availability;
+    Ref<IQVRCatalogObjectList> codes;
+    if (orderInfo->get_availability(&availability) == S_OK &&
+        availability->get_childNodes(&codes) == S_OK) {
+        for (Ref<IQVRCatalogObject> code : *codes) {
+            String country;
+            query<IQVRCatalogCountryCode>(code)->get_value(&country);
+            countries += (countries.empty() ? "" : ", ") + country.str() + " (" + keyOf(code) + ")";
+        }
+    }
+    std::printf("  Orderable from %s until %s in %s\n", text(from).c_str(), text(until).c_str(),
+                countries.c_str());
 }
 
 // The value of `column` at `row`: a cell's value, the constant, or the computed value.
@@ -412,6 +459,7 @@ void run(const std::string& folder) {
     reader->get_name(&name);
     reader->get_desc(&desc);
     std::printf("%s: %s\n", name.str().c_str(), desc.str().c_str());
+    printOrderInfo(reader);
     printTree(reader, 1);
     printTables(reader);
 }
