@@ -9,6 +9,7 @@
 //   SupplierID, ECommerceCenterID   a value (the text) in a domain (the attribute, the key)
 #pragma once
 
+#include <qvr/contact.h>
 #include <qvr/media.h>
 #include <qvr/object.h>
 #include <qvr/order.h>
@@ -51,7 +52,7 @@ class IQVRCatalogSupplierLocation : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogSupplierLocation)
 
-    virtual HRESULT get_address(Ref<IQVRCatalogObject>* address) = 0;
+    virtual HRESULT get_address(Ref<IQVRCatalogAddress>* address) = 0;
     // Sets or replaces the address; null gives E_POINTER.
     virtual HRESULT putref_address(IQVRCatalogObject* address) = 0;
     virtual HRESULT get_orderMethods(Ref<IQVRCatalogOrderMethods>* orderMethods) = 0;

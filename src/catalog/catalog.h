@@ -58,37 +58,35 @@ public:
     HRESULT put_desc(const String& desc) override;
     HRESULT get_xml(String* xml) override;
     HRESULT get_images(Ref<IQVRCatalogImages>* images) override {
-        return getSingleton("Images", images);
+        return getGroup("Images", images);
     }
-    HRESULT putref_images(IQVRCatalogObject* images) override {
-        return putSingleton("Images", images);
-    }
-    HRESULT get_link(Ref<IQVRCatalogLink>* link) override { return getSingleton("Link", link); }
-    HRESULT putref_link(IQVRCatalogObject* link) override { return putSingleton("Link", link); }
+    HRESULT putref_images(IQVRCatalogObject* images) override { return putGroup("Images", images); }
+    HRESULT get_link(Ref<IQVRCatalogLink>* link) override { return getGroup("Link", link); }
+    HRESULT putref_link(IQVRCatalogObject* link) override { return putGroup("Link", link); }
     HRESULT get_documents(Ref<IQVRCatalogDocuments>* documents) override {
-        return getSingleton("Documents", documents);
+        return getGroup("Documents", documents);
     }
     HRESULT putref_documents(IQVRCatalogObject* documents) override {
-        return putSingleton("Documents", documents);
+        return putGroup("Documents", documents);
     }
     HRESULT get_tables(Ref<IQVRCatalogObjectList>* tables) override;
     HRESULT get_orderInfo(Ref<IQVRCatalogOrderInfo>* orderInfo) override {
-        return getSingleton("OrderInfo", orderInfo);
+        return getGroup("OrderInfo", orderInfo);
     }
     HRESULT putref_orderInfo(IQVRCatalogObject* orderInfo) override {
-        return putSingleton("OrderInfo", orderInfo);
+        return putGroup("OrderInfo", orderInfo);
     }
     HRESULT get_supplier(Ref<IQVRCatalogSupplier>* supplier) override {
-        return getSingleton("Supplier", supplier);
+        return getGroup("Supplier", supplier);
     }
     HRESULT putref_supplier(IQVRCatalogObject* supplier) override {
-        return putSingleton("Supplier", supplier);
+        return putGroup("Supplier", supplier);
     }
     HRESULT get_baseUrl(String* baseUrl) override;
     HRESULT put_baseUrl(const String& baseUrl) override;
     HRESULT get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) override;
     HRESULT putref_extrinsics(IQVRCatalogObject* extrinsics) override {
-        return putSingleton("Extrinsics", extrinsics);
+        return putGroup("Extrinsics", extrinsics);
     }
     HRESULT getHostStream(Ref<IStream>* stream) override;
     HRESULT putref_host(IUnknown* host) override;
@@ -98,7 +96,20 @@ public:
     HRESULT create(const String& baseUrl, const String& name, const String& language,
                    VARIANT_BOOL* done) override;
     HRESULT createChapter(const String& name, Ref<IQVRCatalogChapter>* chapter) override;
+    HRESULT createImage(IQVRCatalogObject* url, Ref<IQVRCatalogImage>* image) override;
+    HRESULT createImages(IQVRCatalogObject* image, Ref<IQVRCatalogImages>* images) override;
+    HRESULT createURL(const String& href, const String& title, const String& language,
+                      Ref<IQVRCatalogURL>* url) override;
+    HRESULT createLink(IQVRCatalogObject* url, Ref<IQVRCatalogLink>* link) override;
+    HRESULT createDocument(IQVRCatalogObject* url, const String& name,
+                           Ref<IQVRCatalogDocument>* document) override;
+    HRESULT createDocuments(IQVRCatalogObject* document, const String& name,
+                            Ref<IQVRCatalogDocuments>* documents) override;
     HRESULT createPart(const String& name, Ref<IQVRCatalogPart>* part) override;
+    HRESULT createClass(const String& domain, const String& value,
+                        Ref<IQVRCatalogClass>* classObject) override;
+    HRESULT createClassifications(IQVRCatalogObject* classObject,
+                                  Ref<IQVRCatalogClassifications>* classifications) override;
     HRESULT createOrderInfo(const Variant& effDate, const Variant& expDate,
                             IQVRCatalogObject* availability,
                             Ref<IQVRCatalogOrderInfo>* orderInfo) override;
@@ -112,6 +123,25 @@ public:
                               Ref<IQVRCatalogOrderMethod>* orderMethod) override;
     HRESULT createOrderMethods(IQVRCatalogObject* orderMethod,
                                Ref<IQVRCatalogOrderMethods>* orderMethods) override;
+    HRESULT createTelephoneNumber(const String& country, const String& isoCountryCode,
+                                  const String& areaOrCityCode, const String& number,
+                                  const String& extension,
+                                  Ref<IQVRCatalogTelephoneNumber>* telephoneNumber) override;
+    HRESULT createPhone(const String& name, IQVRCatalogObject* telephoneNumber,
+                        Ref<IQVRCatalogPhone>* phone) override;
+    HRESULT createFax(const String& name, IQVRCatalogObject* telephoneNumber,
+                      Ref<IQVRCatalogFax>* fax) override;
+    HRESULT createEmail(const String& name, const String& address,
+                        Ref<IQVRCatalogEmail>* email) override;
+    HRESULT createStreet(const String& text, Ref<IQVRCatalogStreet>* street) override;
+    HRESULT createPostalAddress(const String& id, const String& city, const String& country,
+                                const String& isoCountryCode, IQVRCatalogObject* street,
+                                const String& state, const String& postalCode,
+                                Ref<IQVRCatalogPostalAddress>* postalAddress) override;
+    HRESULT createAddress(const String& name, const String& isoCountryCode,
+                          IQVRCatalogObject* postalAddress, IQVRCatalogObject* email,
+                          IQVRCatalogObject* phone, IQVRCatalogObject* fax,
+                          Ref<IQVRCatalogAddress>* address) override;
     HRESULT createSupplierLocation(IQVRCatalogObject* address, IQVRCatalogObject* orderMethods,
                                    Ref<IQVRCatalogSupplierLocation>* location) override;
     HRESULT createSupplierID(const String& domain, const String& value,
@@ -126,6 +156,8 @@ public:
                            IQVRCatalogObject* supplierIDs, IQVRCatalogObject* eCommerceCenterIDs,
                            IQVRCatalogObject* location,
                            Ref<IQVRCatalogSupplier>* supplier) override;
+    HRESULT createExtrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) override;
+    HRESULT createExtrinsic(const String& name, Ref<IQVRCatalogExtrinsic>* extrinsic) override;
     HRESULT findById(const String& id, Ref<IQVRCatalogObject>* object) override;
 
 private:
@@ -137,34 +169,31 @@ private:
     // Saves each table of the cache whose part is still in the document, in key order; the first
     // failure is reported with the table's path and ends the walk.
     HRESULT saveTables();
-    // The frame of every element factory: the out pointer, the required arguments, the
-    // document, a new object of class T standing in no tree, then `fill` with its steps. The
-    // object goes out only when every step succeeded.
-    template <class T, class I, class Fill>
-    HRESULT createFilled(bool requiredGiven, Ref<I>* out, Fill&& fill);
-
-    // The singletons of the root (catalog_contents.cpp).
-    // The wrapper of the root's child `tag`, with the catalog as parent. When there is none,
-    // `clearWhenAbsent` clears `object` and answers S_FALSE; else the selection's status comes
-    // back with `object` untouched.
-    HRESULT getSingletonObject(const char* tag, Ref<IQVRCatalogObject>* object,
-                               bool clearWhenAbsent);
+    // The group `tag` of the root, wrapped with the catalog as catalog and parent; none: S_FALSE
+    // and null.
+    HRESULT getGroup(const char* tag, Ref<IQVRCatalogObject>* group);
     template <class I>
-    HRESULT getSingleton(const char* tag, Ref<I>* out, bool clearWhenAbsent = true) {
-        if (!out) return E_POINTER;
-        return guarded([&] {
-            Ref<IQVRCatalogObject> found;
-            HRESULT hr = getSingletonObject(tag, &found, clearWhenAbsent);
-            if (hr == S_OK) {
-                *out = query<I>(found);
-                return *out ? S_OK : E_NOINTERFACE;
-            }
-            if (clearWhenAbsent) *out = nullptr;
-            return hr;
-        });
+    HRESULT getGroup(const char* tag, Ref<I>* group) {
+        if (!group) return E_POINTER;
+        *group = nullptr;
+        Ref<IQVRCatalogObject> found;
+        HRESULT hr = getGroup(tag, &found);
+        if (hr != S_OK) return hr;
+        *group = query<I>(found);
+        return *group ? S_OK : E_NOINTERFACE;
     }
-    // Sets, replaces or (null) removes the root's child `tag` at its place among the singletons.
-    HRESULT putSingleton(const char* tag, IQVRCatalogObject* object);
+    // Sets, replaces or (null) removes the group `tag`; a new one lands right behind the last
+    // group ahead of it in the root's order, or first without Desc. Told also when nothing was
+    // done.
+    HRESULT putGroup(const char* tag, IQVRCatalogObject* group);
+    // The frame of every factory: the out pointer, the required texts (`required`: none is null),
+    // the document, a new object of class T, then `fill` on it. A failure leaves the out value
+    // null.
+    template <class T, class I, class Fill>
+    HRESULT newElementObject(Ref<I>* out, bool required, Fill&& fill);
+    // A SupplierID or an ECommerceCenterID of class T.
+    template <class T, class I>
+    HRESULT newDomainValue(const String& domain, const String& value, Ref<I>* id);
 
     IUnknown* host_ = nullptr; // opaque and not counted: the host keeps itself alive
     // The open tables of the catalog's parts; made with the catalog, lives as long as it.

@@ -1,211 +1,354 @@
 // What the catalog holds and makes: the singletons of its root, the element factories and the
 // lookup by id.
-#include <iterator>
-
 #include "catalog/catalog.h"
 #include "content/chapter.h"
+#include "content/classification.h"
+#include "content/contact.h"
+#include "content/media.h"
 #include "content/order_info.h"
 #include "content/order_method.h"
 #include "content/part.h"
 #include "content/supplier.h"
+#include "content/url.h"
 #include "core/accessors.h"
 #include "core/object_factory.h"
 #include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
+#include "platform/com/failure.h"
 
 namespace qvr {
 namespace {
 
-// The singletons of the root in the order they stand in, ahead of the chapters. ActiveXs is
-// never written here; it only holds its place when a document brings one.
-constexpr const char* rootOrder[] = {"Desc",     "Images",     "Link",      "Documents",
-                                     "ActiveXs", "Extrinsics", "OrderInfo", "Supplier"};
+// The groups of the root in the order in which they stand, ahead of the chapters. ActiveXs is
+// never written by the model; it only holds its place when present.
+constexpr const char* rootGroupOrder[] = {"Desc",     "Images",     "Link",      "Documents",
+                                          "ActiveXs", "Extrinsics", "OrderInfo", "Supplier"};
 
-// Runs `steps` in order until one fails, and answers the status of the last one run.
-template <class... Steps>
-HRESULT inOrder(Steps&&... steps) {
-    HRESULT hr = S_OK;
-    (void)(... && (hr = steps(), SUCCEEDED(hr)));
-    return hr;
-}
-
-// appendChild without a use for the inserted object.
-HRESULT append(IQVRCatalogObject* parent, IQVRCatalogObject* child) {
-    Ref<IQVRCatalogObject> inserted;
-    return parent->appendChild(child, &inserted);
+// Whether none of the required texts is null.
+template <class... Texts>
+bool given(const Texts&... texts) {
+    return (!texts.isNull() && ...);
 }
 
 } // namespace
 
 // --- Singletons --------------------------------------------------------------------------------
 
-HRESULT CQVRCatalog::getSingletonObject(const char* tag, Ref<IQVRCatalogObject>* object,
-                                        bool clearWhenAbsent) {
-    if (!initialized()) return notInitialized();
-    Ref<IXMLDOMElement> root;
-    HRESULT hr = requireElement(&root);
-    if (hr != S_OK) return hr;
-    Ref<IXMLDOMNode> node;
-    if ((hr = root->selectSingleNode(tag, &node)) != S_OK) {
-        if (!clearWhenAbsent) return hr;
-        *object = nullptr;
-        return S_FALSE;
-    }
-    return CXMLDOMTool(node).createObject(self(), self(), object);
-}
-
-HRESULT CQVRCatalog::get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) {
-    return getSingleton("Extrinsics", extrinsics, false);
-}
-
-HRESULT CQVRCatalog::putSingleton(const char* tag, IQVRCatalogObject* object) {
+HRESULT CQVRCatalog::getGroup(const char* tag, Ref<IQVRCatalogObject>* group) {
     return guarded([&] {
-        if (!initialized()) return notInitialized();
+        if (!group) return E_POINTER;
+        *group = nullptr;
+        Ref<IXMLDOMElement> root;
+        HRESULT hr = requireElement(&root);
+        if (hr != S_OK) return hr;
+        hr = accessors::wrapSelected(root, tag, self(), self(), group);
+        return FAILED(hr) || hr == S_OK ? hr : S_FALSE;
+    });
+}
+
+HRESULT CQVRCatalog::putGroup(const char* tag, IQVRCatalogObject* group) {
+    return guarded([&] {
         Ref<IXMLDOMElement> root;
         HRESULT hr = requireElement(&root);
         if (hr != S_OK) return hr;
         Ref<IXMLDOMNode> present;
         if (FAILED(hr = root->selectSingleNode(tag, &present))) return hr;
         CXMLDOMTool tool(root);
-        Ref<IQVRCatalogObject> placed; // the catalog hands back nothing
-        if (present && object) {
-            hr = tool.replaceSingletonDirect(self(), self(), tag, object, &placed);
+        Ref<IQVRCatalogObject> placed;
+        if (present && group) {
+            hr = tool.replaceSingletonDirect(self(), self(), tag, group, &placed);
         } else if (present) {
             hr = tool.removeNode(present);
-        } else if (object) {
-            // Right behind the last predecessor that stands here. Desc is where the search
-            // starts, not looked for: without one the newcomer goes first.
-            const char* after = rootOrder[0];
-            for (const char* name : namesBefore(rootOrder, tag).subspan(1)) {
-                Ref<IXMLDOMNode> found;
-                if (root->selectSingleNode(name, &found) == S_OK) after = name;
-            }
-            hr = tool.insertSingletonAfterDirect(self(), self(), after, object, &placed);
-        } else {
-            hr = S_OK;
+        } else if (group) {
+            // Right behind the last group ahead of it that stands; Desc is the start, and
+            // without it the group goes first.
+            const char* after = accessors::lastPresentChild(root, namesBefore(rootGroupOrder, tag),
+                                                            rootGroupOrder[0]);
+            hr = tool.insertSingletonAfterDirect(self(), self(), after, group, &placed);
         }
-        if (hr == S_OK) sinks_.deliver(qvrEventObjectChanged, self(), Variant());
-        return hr;
+        if (FAILED(hr)) return hr;
+        fire(qvrEventObjectChanged, self(), Variant());
+        return S_OK;
     });
+}
+
+HRESULT CQVRCatalog::get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) {
+    // Unlike the other groups, a missing one leaves the out value as it was.
+    if (!extrinsics) return E_POINTER;
+    Ref<IQVRCatalogExtrinsics> found;
+    HRESULT hr = getGroup("Extrinsics", &found);
+    if (hr == S_OK) *extrinsics = std::move(found);
+    return hr;
 }
 
 // --- Element factories -------------------------------------------------------------------------
 
 template <class T, class I, class Fill>
-HRESULT CQVRCatalog::createFilled(bool requiredGiven, Ref<I>* out, Fill&& fill) {
+HRESULT CQVRCatalog::newElementObject(Ref<I>* out, bool required, Fill&& fill) {
     return guarded([&] {
         if (!out) return E_POINTER;
         *out = nullptr;
-        if (!requiredGiven) return E_INVALIDARG;
+        if (!required) return E_INVALIDARG;
         if (!initialized()) return notInitialized();
         Ref<T> created;
         HRESULT hr = createNewWrapper<T>(document_, self(), &created);
-        if (hr == S_OK) hr = fill(*created);
-        if (FAILED(hr)) return hr;
+        if (hr != S_OK) return hr;
+        // The object's own setters, in order, up to the first that fails.
+        if (FAILED(hr = fill(*created))) return hr;
         *out = created.get();
         return S_OK;
     });
 }
 
 HRESULT CQVRCatalog::createChapter(const String& name, Ref<IQVRCatalogChapter>* chapter) {
-    return createFilled<CQVRCatalogChapter>(!name.isNull(), chapter,
-                                            [&](CQVRCatalogChapter& c) { return c.fillNew(name); });
+    return newElementObject<CQVRCatalogChapter>(
+        chapter, given(name), [&](CQVRCatalogChapter& created) { return created.fillNew(name); });
+}
+
+HRESULT CQVRCatalog::createImage(IQVRCatalogObject* url, Ref<IQVRCatalogImage>* image) {
+    return newElementObject<CQVRCatalogImage>(
+        image, true, [&](CQVRCatalogImage& created) { return created.appendChild(url, nullptr); });
+}
+
+HRESULT CQVRCatalog::createImages(IQVRCatalogObject* image, Ref<IQVRCatalogImages>* images) {
+    return newElementObject<CQVRCatalogImages>(images, true, [&](CQVRCatalogImages& created) {
+        return created.appendChild(image, nullptr);
+    });
+}
+
+HRESULT CQVRCatalog::createURL(const String& href, const String& title, const String& language,
+                               Ref<IQVRCatalogURL>* url) {
+    return newElementObject<CQVRCatalogURL>(
+        url, given(href, title, language), [&](CQVRCatalogURL& created) {
+            HRESULT hr;
+            if (FAILED(hr = created.put_href(href)) || FAILED(hr = created.put_title(title)) ||
+                FAILED(hr = created.put_lang(language)))
+                return hr;
+            return created.put_type(qvrTypeSimple);
+        });
+}
+
+HRESULT CQVRCatalog::createLink(IQVRCatalogObject* url, Ref<IQVRCatalogLink>* link) {
+    return newElementObject<CQVRCatalogLink>(
+        link, true, [&](CQVRCatalogLink& created) { return created.appendChild(url, nullptr); });
+}
+
+HRESULT CQVRCatalog::createDocument(IQVRCatalogObject* url, const String& name,
+                                    Ref<IQVRCatalogDocument>* document) {
+    return newElementObject<CQVRCatalogDocument>(
+        document, given(name), [&](CQVRCatalogDocument& created) {
+            HRESULT hr = created.appendChild(url, nullptr);
+            return FAILED(hr) ? hr : created.put_name(name);
+        });
+}
+
+HRESULT CQVRCatalog::createDocuments(IQVRCatalogObject* document, const String& name,
+                                     Ref<IQVRCatalogDocuments>* documents) {
+    return newElementObject<CQVRCatalogDocuments>(
+        documents, given(name), [&](CQVRCatalogDocuments& created) {
+            HRESULT hr = created.appendChild(document, nullptr);
+            return FAILED(hr) ? hr : created.put_name(name);
+        });
 }
 
 HRESULT CQVRCatalog::createPart(const String& name, Ref<IQVRCatalogPart>* part) {
-    return createFilled<CQVRCatalogPart>(!name.isNull(), part,
-                                         [&](CQVRCatalogPart& p) { return p.fillNew(name); });
+    return newElementObject<CQVRCatalogPart>(
+        part, given(name), [&](CQVRCatalogPart& created) { return created.fillNew(name); });
+}
+
+HRESULT CQVRCatalog::createClass(const String& domain, const String& value,
+                                 Ref<IQVRCatalogClass>* classObject) {
+    return newElementObject<CQVRCatalogClass>(classObject, given(domain, value),
+                                              [&](CQVRCatalogClass& created) {
+                                                  HRESULT hr = created.put_domain(domain);
+                                                  return FAILED(hr) ? hr : created.put_value(value);
+                                              });
+}
+
+HRESULT CQVRCatalog::createClassifications(IQVRCatalogObject* classObject,
+                                           Ref<IQVRCatalogClassifications>* classifications) {
+    return newElementObject<CQVRCatalogClassifications>(
+        classifications, true, [&](CQVRCatalogClassifications& created) {
+            return created.appendChild(classObject, nullptr);
+        });
 }
 
 HRESULT CQVRCatalog::createOrderInfo(const Variant& effDate, const Variant& expDate,
                                      IQVRCatalogObject* availability,
                                      Ref<IQVRCatalogOrderInfo>* orderInfo) {
-    return createFilled<CQVRCatalogOrderInfo>(true, orderInfo, [&](CQVRCatalogOrderInfo& o) {
-        return inOrder([&] { return o.put_effDate(effDate); },
-                       [&] { return o.put_expDate(expDate); },
-                       [&] { return o.putref_availability(availability); });
-    });
+    return newElementObject<CQVRCatalogOrderInfo>(
+        orderInfo, true, [&](CQVRCatalogOrderInfo& created) {
+            HRESULT hr;
+            if (FAILED(hr = created.put_effDate(effDate)) ||
+                FAILED(hr = created.put_expDate(expDate)))
+                return hr;
+            return created.putref_availability(availability);
+        });
 }
 
 HRESULT CQVRCatalog::createAvailability(IQVRCatalogObject* countryCode,
                                         Ref<IQVRCatalogAvailability>* availability) {
-    return createFilled<CQVRCatalogAvailability>(
-        true, availability, [&](CQVRCatalogAvailability& a) { return append(&a, countryCode); });
+    return newElementObject<CQVRCatalogAvailability>(
+        availability, true, [&](CQVRCatalogAvailability& created) {
+            return created.appendChild(countryCode, nullptr);
+        });
 }
 
 HRESULT CQVRCatalog::createCountryCode(const String& code, const String& value,
                                        Ref<IQVRCatalogCountryCode>* countryCode) {
-    return createFilled<CQVRCatalogCountryCode>(
-        !value.isNull(), countryCode, [&](CQVRCatalogCountryCode& c) {
-            return inOrder([&] { return c.put_isoCountryCode(code); },
-                           [&] { return c.put_value(value); });
+    return newElementObject<CQVRCatalogCountryCode>(
+        countryCode, given(value), [&](CQVRCatalogCountryCode& created) {
+            HRESULT hr = created.put_isoCountryCode(code);
+            return FAILED(hr) ? hr : created.put_value(value);
         });
 }
 
 HRESULT CQVRCatalog::createOrderTarget(IQVRCatalogObject* target,
                                        Ref<IQVRCatalogOrderTarget>* orderTarget) {
-    return createFilled<CQVRCatalogOrderTarget>(
-        true, orderTarget, [&](CQVRCatalogOrderTarget& t) { return t.putref_target(target); });
+    return newElementObject<CQVRCatalogOrderTarget>(
+        orderTarget, true,
+        [&](CQVRCatalogOrderTarget& created) { return created.putref_target(target); });
 }
 
 HRESULT CQVRCatalog::createOrderMethod(IQVRCatalogObject* orderTarget, const String& protocol,
                                        Ref<IQVRCatalogOrderMethod>* orderMethod) {
-    return createFilled<CQVRCatalogOrderMethod>(
-        !protocol.isNull(), orderMethod, [&](CQVRCatalogOrderMethod& m) {
-            return inOrder([&] { return m.putref_orderTarget(orderTarget); },
-                           [&] { return m.put_orderProtocol(protocol); });
+    return newElementObject<CQVRCatalogOrderMethod>(
+        orderMethod, given(protocol), [&](CQVRCatalogOrderMethod& created) {
+            HRESULT hr = created.putref_orderTarget(orderTarget);
+            return FAILED(hr) ? hr : created.put_orderProtocol(protocol);
         });
 }
 
 HRESULT CQVRCatalog::createOrderMethods(IQVRCatalogObject* orderMethod,
                                         Ref<IQVRCatalogOrderMethods>* orderMethods) {
-    return createFilled<CQVRCatalogOrderMethods>(
-        true, orderMethods, [&](CQVRCatalogOrderMethods& m) { return append(&m, orderMethod); });
+    return newElementObject<CQVRCatalogOrderMethods>(
+        orderMethods, true, [&](CQVRCatalogOrderMethods& created) {
+            return created.appendChild(orderMethod, nullptr);
+        });
+}
+
+HRESULT CQVRCatalog::createTelephoneNumber(const String& country, const String& isoCountryCode,
+                                           const String& areaOrCityCode, const String& number,
+                                           const String& extension,
+                                           Ref<IQVRCatalogTelephoneNumber>* telephoneNumber) {
+    return newElementObject<CQVRCatalogTelephoneNumber>(
+        telephoneNumber, given(isoCountryCode, areaOrCityCode, number, extension),
+        [&](CQVRCatalogTelephoneNumber& created) {
+            HRESULT hr;
+            if (FAILED(hr = created.put_countryCode(isoCountryCode, country)) ||
+                FAILED(hr = created.put_areaOrCityCode(areaOrCityCode)) ||
+                FAILED(hr = created.put_number(number)))
+                return hr;
+            return created.put_extension(extension);
+        });
+}
+
+HRESULT CQVRCatalog::createPhone(const String& name, IQVRCatalogObject* telephoneNumber,
+                                 Ref<IQVRCatalogPhone>* phone) {
+    return newElementObject<CQVRCatalogPhone>(phone, given(name), [&](CQVRCatalogPhone& created) {
+        HRESULT hr = created.putref_telephoneNumber(telephoneNumber);
+        return FAILED(hr) ? hr : created.put_name(name);
+    });
+}
+
+HRESULT CQVRCatalog::createFax(const String& name, IQVRCatalogObject* telephoneNumber,
+                               Ref<IQVRCatalogFax>* fax) {
+    return newElementObject<CQVRCatalogFax>(fax, given(name), [&](CQVRCatalogFax& created) {
+        HRESULT hr = created.putref_telephoneNumber(telephoneNumber);
+        return FAILED(hr) ? hr : created.put_name(name);
+    });
+}
+
+HRESULT CQVRCatalog::createEmail(const String& name, const String& address,
+                                 Ref<IQVRCatalogEmail>* email) {
+    return newElementObject<CQVRCatalogEmail>(email, given(name, address),
+                                              [&](CQVRCatalogEmail& created) {
+                                                  HRESULT hr = created.put_value(address);
+                                                  return FAILED(hr) ? hr : created.put_name(name);
+                                              });
+}
+
+HRESULT CQVRCatalog::createStreet(const String& text, Ref<IQVRCatalogStreet>* street) {
+    return newElementObject<CQVRCatalogStreet>(
+        street, given(text), [&](CQVRCatalogStreet& created) { return created.put_value(text); });
+}
+
+HRESULT CQVRCatalog::createPostalAddress(const String& id, const String& city,
+                                         const String& country, const String& isoCountryCode,
+                                         IQVRCatalogObject* street, const String& state,
+                                         const String& postalCode,
+                                         Ref<IQVRCatalogPostalAddress>* postalAddress) {
+    return newElementObject<CQVRCatalogPostalAddress>(
+        postalAddress, given(id, city, country, isoCountryCode, state, postalCode),
+        [&](CQVRCatalogPostalAddress& created) {
+            HRESULT hr;
+            if (FAILED(hr = created.element()->setAttribute("id", id)) ||
+                FAILED(hr = created.put_city(city)) ||
+                FAILED(hr = created.put_country(isoCountryCode, country)) ||
+                FAILED(hr = created.appendChild(street, nullptr)) ||
+                FAILED(hr = created.put_state(state)))
+                return hr;
+            return created.put_postalCode(postalCode);
+        });
+}
+
+HRESULT CQVRCatalog::createAddress(const String& name, const String& isoCountryCode,
+                                   IQVRCatalogObject* postalAddress, IQVRCatalogObject* email,
+                                   IQVRCatalogObject* phone, IQVRCatalogObject* fax,
+                                   Ref<IQVRCatalogAddress>* address) {
+    return newElementObject<CQVRCatalogAddress>(
+        address, given(name, isoCountryCode), [&](CQVRCatalogAddress& created) {
+            HRESULT hr;
+            if (FAILED(hr = created.put_name(name)) ||
+                FAILED(hr = created.put_isoCountryCode(isoCountryCode)) ||
+                FAILED(hr = created.putref_postalAddress(postalAddress)) ||
+                FAILED(hr = created.putref_email(email)) ||
+                FAILED(hr = created.putref_phone(phone)))
+                return hr;
+            return created.putref_fax(fax);
+        });
 }
 
 HRESULT CQVRCatalog::createSupplierLocation(IQVRCatalogObject* address,
                                             IQVRCatalogObject* orderMethods,
                                             Ref<IQVRCatalogSupplierLocation>* location) {
-    return createFilled<CQVRCatalogSupplierLocation>(
-        true, location, [&](CQVRCatalogSupplierLocation& l) {
-            return inOrder([&] { return l.putref_address(address); },
-                           [&] { return l.putref_orderMethods(orderMethods); });
+    return newElementObject<CQVRCatalogSupplierLocation>(
+        location, true, [&](CQVRCatalogSupplierLocation& created) {
+            HRESULT hr = created.putref_address(address);
+            return FAILED(hr) ? hr : created.putref_orderMethods(orderMethods);
         });
 }
 
-namespace {
-// A SupplierID or ECommerceCenterID: the domain, then the value.
-template <class T>
-auto fillDomainValue(const String& domain, const String& value) {
-    return [&domain, &value](T& id) {
-        return inOrder([&] { return id.put_domain(domain); }, [&] { return id.put_value(value); });
-    };
+// A SupplierID or an ECommerceCenterID: its domain, then its value.
+template <class T, class I>
+HRESULT CQVRCatalog::newDomainValue(const String& domain, const String& value, Ref<I>* id) {
+    return newElementObject<T>(id, given(domain, value), [&](T& created) {
+        HRESULT hr = created.put_domain(domain);
+        return FAILED(hr) ? hr : created.put_value(value);
+    });
 }
-} // namespace
 
 HRESULT CQVRCatalog::createSupplierID(const String& domain, const String& value,
                                       Ref<IQVRCatalogSupplierID>* id) {
-    return createFilled<CQVRCatalogSupplierID>(
-        !domain.isNull() && !value.isNull(), id,
-        fillDomainValue<CQVRCatalogSupplierID>(domain, value));
+    return newDomainValue<CQVRCatalogSupplierID>(domain, value, id);
 }
 
 HRESULT CQVRCatalog::createSupplierIDs(IQVRCatalogObject* id, Ref<IQVRCatalogSupplierIDs>* ids) {
-    return createFilled<CQVRCatalogSupplierIDs>(
-        true, ids, [&](CQVRCatalogSupplierIDs& list) { return append(&list, id); });
+    return newElementObject<CQVRCatalogSupplierIDs>(
+        ids, true,
+        [&](CQVRCatalogSupplierIDs& created) { return created.appendChild(id, nullptr); });
 }
 
 HRESULT CQVRCatalog::createECommerceCenterID(const String& domain, const String& value,
                                              Ref<IQVRCatalogECommerceCenterID>* id) {
-    return createFilled<CQVRCatalogECommerceCenterID>(
-        !domain.isNull() && !value.isNull(), id,
-        fillDomainValue<CQVRCatalogECommerceCenterID>(domain, value));
+    return newDomainValue<CQVRCatalogECommerceCenterID>(domain, value, id);
 }
 
 HRESULT CQVRCatalog::createECommerceCenterIDs(IQVRCatalogObject* id,
                                               Ref<IQVRCatalogECommerceCenterIDs>* ids) {
-    return createFilled<CQVRCatalogECommerceCenterIDs>(
-        true, ids, [&](CQVRCatalogECommerceCenterIDs& list) { return append(&list, id); });
+    return newElementObject<CQVRCatalogECommerceCenterIDs>(
+        ids, true,
+        [&](CQVRCatalogECommerceCenterIDs& created) { return created.appendChild(id, nullptr); });
 }
 
 HRESULT CQVRCatalog::createSupplier(const String& name, const String& desc,
@@ -214,16 +357,30 @@ HRESULT CQVRCatalog::createSupplier(const String& name, const String& desc,
                                     IQVRCatalogObject* eCommerceCenterIDs,
                                     IQVRCatalogObject* location,
                                     Ref<IQVRCatalogSupplier>* supplier) {
-    return createFilled<CQVRCatalogSupplier>(
-        !name.isNull() && !desc.isNull(), supplier, [&](CQVRCatalogSupplier& s) {
-            return inOrder([&] { return s.put_name(name); }, [&] { return s.put_desc(desc); },
-                           [&] { return s.putref_images(images); },
-                           [&] { return s.putref_link(link); },
-                           [&] { return s.putref_documents(documents); },
-                           [&] { return s.putref_supplierIDs(supplierIDs); },
-                           [&] { return s.putref_eCommerceCenterIDs(eCommerceCenterIDs); },
-                           [&] { return append(&s, location); });
+    return newElementObject<CQVRCatalogSupplier>(
+        supplier, given(name, desc), [&](CQVRCatalogSupplier& created) {
+            HRESULT hr;
+            if (FAILED(hr = created.put_name(name)) || FAILED(hr = created.put_desc(desc)) ||
+                FAILED(hr = created.putref_images(images)) ||
+                FAILED(hr = created.putref_link(link)) ||
+                FAILED(hr = created.putref_documents(documents)) ||
+                FAILED(hr = created.putref_supplierIDs(supplierIDs)) ||
+                FAILED(hr = created.putref_eCommerceCenterIDs(eCommerceCenterIDs)))
+                return hr;
+            // The one object a supplier can't do without: null is E_POINTER here.
+            return created.appendChild(location, nullptr);
         });
+}
+
+HRESULT CQVRCatalog::createExtrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) {
+    return newElementObject<CQVRCatalogExtrinsics>(extrinsics, true,
+                                                   [](CQVRCatalogExtrinsics&) { return S_OK; });
+}
+
+HRESULT CQVRCatalog::createExtrinsic(const String& name, Ref<IQVRCatalogExtrinsic>* extrinsic) {
+    return newElementObject<CQVRCatalogExtrinsic>(
+        extrinsic, given(name),
+        [&](CQVRCatalogExtrinsic& created) { return created.put_name(name); });
 }
 
 // --- Lookup ------------------------------------------------------------------------------------
@@ -242,7 +399,6 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
             *object = self();
             return S_OK;
         }
-        // The object's parent is the catalog, wherever the element stands.
         Ref<IXMLDOMNode> node;
         if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
         return CXMLDOMTool(node).createObject(self(), self(), object);

@@ -39,7 +39,7 @@ public:
 protected:
     // Sets, replaces or removes the group `name` at its place in the order.
     HRESULT putGroup(const char* name, IQVRCatalogObject* group) {
-        return accessors::putSingleton(*this, name, group, namesBefore(Order, name));
+        return accessors::putSingletonInOrder(*this, name, group, Order);
     }
 };
 

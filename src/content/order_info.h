@@ -7,6 +7,7 @@
 
 #include "core/accessors.h"
 #include "core/catalog_object.h"
+#include "core/iso_codes.h"
 
 namespace qvr {
 
@@ -40,9 +41,6 @@ private:
 
 class CQVRCatalogAvailability final
     : public CatalogObject<IQVRCatalogAvailability, qvrAvailability> {};
-
-// Two upper-case letters; no list of countries is consulted.
-bool isCountryCode(const String& code);
 
 class CQVRCatalogCountryCode final : public CatalogObject<IQVRCatalogCountryCode, qvrCountryCode> {
 public:

@@ -46,7 +46,7 @@ public:
 class CQVRCatalogSupplierLocation final
     : public CatalogObject<IQVRCatalogSupplierLocation, qvrSupplierLocation> {
 public:
-    HRESULT get_address(Ref<IQVRCatalogObject>* address) override {
+    HRESULT get_address(Ref<IQVRCatalogAddress>* address) override {
         return accessors::getSingleton(*this, "Address", address);
     }
     // Always the first child.

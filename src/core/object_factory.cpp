@@ -1,10 +1,14 @@
 #include "core/object_factory.h"
 
 #include "content/chapter.h"
+#include "content/classification.h"
+#include "content/contact.h"
+#include "content/media.h"
 #include "content/order_info.h"
 #include "content/order_method.h"
 #include "content/part.h"
 #include "content/supplier.h"
+#include "content/url.h"
 #include "core/object_types.h"
 #include "formulas/calculated_column.h"
 #include "tables/const_column.h"
@@ -26,19 +30,19 @@ struct TagRow {
 // Tested in this order; the first equal tag chooses the class.
 constexpr TagRow tagTable[] = {
     {"Chapter", qvrChapter, &createWrapper<CQVRCatalogChapter>},
-    {"Image", qvrImage, nullptr},
-    {"URL", qvrURL, nullptr},
-    {"Link", qvrLink, nullptr},
-    {"Class", qvrClass, nullptr},
-    {"Classifications", qvrClassifications, nullptr},
+    {"Image", qvrImage, &createWrapper<CQVRCatalogImage>},
+    {"URL", qvrURL, &createWrapper<CQVRCatalogURL>},
+    {"Link", qvrLink, &createWrapper<CQVRCatalogLink>},
+    {"Class", qvrClass, &createWrapper<CQVRCatalogClass>},
+    {"Classifications", qvrClassifications, &createWrapper<CQVRCatalogClassifications>},
     {"OrderInfo", qvrOrderInfo, &createWrapper<CQVRCatalogOrderInfo>},
     {"Availability", qvrAvailability, &createWrapper<CQVRCatalogAvailability>},
     {"CountryCode", qvrCountryCode, &createWrapper<CQVRCatalogCountryCode>},
-    {"Document", qvrDocument, nullptr},
-    {"Documents", qvrDocuments, nullptr},
+    {"Document", qvrDocument, &createWrapper<CQVRCatalogDocument>},
+    {"Documents", qvrDocuments, &createWrapper<CQVRCatalogDocuments>},
     {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
-    {"Images", qvrImages, nullptr},
-    {"XRefFiles", qvrReferencedFiles, nullptr},
+    {"Images", qvrImages, &createWrapper<CQVRCatalogImages>},
+    {"XRefFiles", qvrReferencedFiles, &createWrapper<CQVRCatalogReferencedFiles>},
     {"ColumnView", qvrView, nullptr},
     {"Drawing", qvrDrawing, nullptr},
     {"Row", qvrCell, &createWrapper<CQVRTableCell>},
@@ -49,13 +53,13 @@ constexpr TagRow tagTable[] = {
     {"OrderTarget", qvrOrderTarget, &createWrapper<CQVRCatalogOrderTarget>},
     {"OrderMethod", qvrOrderMethod, &createWrapper<CQVRCatalogOrderMethod>},
     {"OrderMethods", qvrOrderMethods, &createWrapper<CQVRCatalogOrderMethods>},
-    {"TelephoneNumber", qvrTelephoneNumber, nullptr},
-    {"Phone", qvrPhone, nullptr},
-    {"Fax", qvrFax, nullptr},
-    {"Email", qvrEmail, nullptr},
-    {"Street", qvrStreet, nullptr},
-    {"PostalAddress", qvrPostalAddress, nullptr},
-    {"Address", qvrAddress, nullptr},
+    {"TelephoneNumber", qvrTelephoneNumber, &createWrapper<CQVRCatalogTelephoneNumber>},
+    {"Phone", qvrPhone, &createWrapper<CQVRCatalogPhone>},
+    {"Fax", qvrFax, &createWrapper<CQVRCatalogFax>},
+    {"Email", qvrEmail, &createWrapper<CQVRCatalogEmail>},
+    {"Street", qvrStreet, &createWrapper<CQVRCatalogStreet>},
+    {"PostalAddress", qvrPostalAddress, &createWrapper<CQVRCatalogPostalAddress>},
+    {"Address", qvrAddress, &createWrapper<CQVRCatalogAddress>},
     {"SupplierLocation", qvrSupplierLocation, &createWrapper<CQVRCatalogSupplierLocation>},
     {"SupplierID", qvrSupplierID, &createWrapper<CQVRCatalogSupplierID>},
     {"SupplierIDs", qvrSupplierIDs, &createWrapper<CQVRCatalogSupplierIDs>},
@@ -64,8 +68,8 @@ constexpr TagRow tagTable[] = {
     {"Supplier", qvrSupplier, &createWrapper<CQVRCatalogSupplier>},
     {"ColumnUnique", qvrUniqueColumn, &createWrapper<CQVRTableUniqueColumn>},
     {"RowUnique", qvrInfoCell, &createWrapper<CQVRTableInfoCell>},
-    {"Extrinsics", qvrExtrinsics, nullptr},
-    {"Extrinsic", qvrExtrinsic, nullptr},
+    {"Extrinsics", qvrExtrinsics, &createWrapper<CQVRCatalogExtrinsics>},
+    {"Extrinsic", qvrExtrinsic, &createWrapper<CQVRCatalogExtrinsic>},
     {"Recipe", qvrRecipe, &createWrapper<CQVRTableRecipe>},
     {"ColumnRef", qvrRefColumn, nullptr},
     {"RowRef", qvrRefCell, nullptr},
