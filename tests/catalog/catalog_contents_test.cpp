@@ -1,80 +1,32 @@
-// What the catalog holds and makes: the singletons of its root and the element factories.
+// What the catalog holds and makes: the singletons of its root, the element factories, and a
+// catalog with every kind of element written and read back.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
-#include <vector>
 
+#include "common/catalog_elements.h"
 #include "common/catalog_fixture.h"
+#include "common/temp_files.h"
 
 namespace qvr::testing {
 namespace {
 
-using Made = Ref<IQVRCatalogObject>;
-using C = IQVRCatalog*;
+using namespace elements;
 
-// One element made by a factory of the catalog; a failure shows in the test.
-template <class I, class Factory>
-Made make(Factory&& factory) {
-    Ref<I> object;
-    EXPECT_EQ(factory(&object), S_OK);
-    return Made(object.get());
+bool sameNode(IQVRCatalogObject* a, IQVRCatalogObject* b) {
+    Ref<IXMLDOMElement> first, second;
+    return a && b && a->get_domNode(&first) == S_OK && b->get_domNode(&second) == S_OK &&
+           first.get() == second.get();
 }
-
-Made countryCode(C c) {
-    return make<IQVRCatalogCountryCode>(
-        [&](auto* o) { return c->createCountryCode("DE", "Germany", o); });
-}
-Made availability(C c) {
-    return make<IQVRCatalogAvailability>(
-        [&](auto* o) { return c->createAvailability(countryCode(c), o); });
-}
-Made orderInfo(C c) {
-    return make<IQVRCatalogOrderInfo>([&](auto* o) {
-        return c->createOrderInfo(Variant("1/1/2026"), Variant(), availability(c), o);
-    });
-}
-Made supplierId(C c) {
-    return make<IQVRCatalogSupplierID>(
-        [&](auto* o) { return c->createSupplierID("DUNS", "1", o); });
-}
-Made centerId(C c) {
-    return make<IQVRCatalogECommerceCenterID>(
-        [&](auto* o) { return c->createECommerceCenterID("GLN", "2", o); });
-}
-
-// Every element factory of the catalog, by the tag of what it makes.
-const std::vector<std::pair<std::string, std::function<Made(C)>>> factories = {
-    {"Chapter",
-     [](C c) {
-         return make<IQVRCatalogChapter>([&](auto* o) { return c->createChapter("B", o); });
-     }},
-    {"Part",
-     [](C c) { return make<IQVRCatalogPart>([&](auto* o) { return c->createPart("M", o); }); }},
-    {"OrderInfo", orderInfo},
-    {"Availability", availability},
-    {"CountryCode", countryCode},
-    {"SupplierID", supplierId},
-    {"SupplierIDs",
-     [](C c) {
-         return make<IQVRCatalogSupplierIDs>(
-             [&](auto* o) { return c->createSupplierIDs(supplierId(c), o); });
-     }},
-    {"ECommerceCenterID", centerId},
-    {"ECommerceCenterIDs",
-     [](C c) {
-         return make<IQVRCatalogECommerceCenterIDs>(
-             [&](auto* o) { return c->createECommerceCenterIDs(centerId(c), o); });
-     }},
-};
 
 TEST(CatalogFactories, EachGivesAnElementInNoTreeUntilInserted) {
     Ref<IQVRCatalog> catalog = newCatalog();
     String before, after;
     ASSERT_EQ(catalog->get_xml(&before), S_OK);
-    for (const auto& [tag, factory] : factories) {
+    EXPECT_EQ(everyFactory().size(), 31u);
+    for (const auto& [tag, maker] : everyFactory()) {
         SCOPED_TRACE(tag);
-        Made made = factory(catalog);
+        Made made = maker(catalog);
         ASSERT_TRUE(made);
         Ref<IXMLDOMElement> element;
         Ref<IXMLDOMNode> parentNode;
@@ -91,59 +43,227 @@ TEST(CatalogFactories, EachGivesAnElementInNoTreeUntilInserted) {
     }
     ASSERT_EQ(catalog->get_xml(&after), S_OK);
     EXPECT_EQ(after, before);
-}
 
-TEST(CatalogSingletons, EachLandsBehindItsNearestPredecessor) {
-    Ref<IQVRCatalog> catalog = newCatalog();
-    VARIANT_BOOL done;
-    // A root without Desc takes a singleton first; ActiveXs keeps its place.
-    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><ActiveXs/><Chapter id='a'/></vCAT>", &done), S_OK);
-    Listener listener(catalog);
-    Made info = orderInfo(catalog);
-    listener.take();
-    ASSERT_EQ(catalog->putref_orderInfo(info), S_OK);
-    EXPECT_EQ(childTags(catalog), "ActiveXs OrderInfo Chapter");
-    ASSERT_EQ(
-        catalog->loadXML("<vCAT id='c'><Desc/><Chapter id='a'/><Chapter id='b'/></vCAT>", &done),
-        S_OK);
-    ASSERT_EQ(catalog->putref_orderInfo(info), S_OK);
-    EXPECT_EQ(childTags(catalog), "Desc OrderInfo Chapter Chapter");
-    Made parent;
-    ASSERT_EQ(info->get_parentNode(&parent), S_OK);
-    EXPECT_EQ(parent.get(), static_cast<IQVRCatalogObject*>(catalog.get()));
-
-    // A second one replaces it, and the first leaves the tree.
-    Made second = orderInfo(catalog);
-    listener.take();
-    ASSERT_EQ(catalog->putref_orderInfo(second), S_OK);
-    Ref<IXMLDOMElement> firstNode;
-    Ref<IXMLDOMNode> firstParent;
-    info->get_domNode(&firstNode);
-    firstNode->get_parentNode(&firstParent);
-    EXPECT_FALSE(firstParent);
-    Ref<IQVRCatalogOrderInfo> read;
-    ASSERT_EQ(catalog->get_orderInfo(&read), S_OK);
-    Ref<IXMLDOMElement> readNode, secondNode;
-    read->get_domNode(&readNode);
-    second->get_domNode(&secondNode);
-    EXPECT_EQ(readNode.get(), secondNode.get());
-
-    // Null removes; null on nothing does nothing, and either is heard.
-    ASSERT_EQ(catalog->putref_orderInfo(nullptr), S_OK);
-    ASSERT_EQ(catalog->putref_link(nullptr), S_OK);
-    EXPECT_EQ(childTags(catalog), "Desc Chapter Chapter");
-    EXPECT_EQ(listener.take(), "changed #0 | changed #0 | changed #0");
-    EXPECT_EQ(catalog->get_orderInfo(&read), S_FALSE);
-    EXPECT_FALSE(read);
-    Ref<IQVRCatalogSupplier> supplier;
-    EXPECT_EQ(catalog->get_supplier(&supplier), S_FALSE);
-    EXPECT_EQ(catalog->get_supplier(nullptr), E_POINTER);
-
+    // Required texts first, then the document; a failing step of the object's own setters is
+    // the factory's failure, with no object.
+    Ref<IQVRCatalogCountryCode> code;
+    EXPECT_EQ(catalog->createCountryCode("de", "Germany", &code), E_FAIL);
+    EXPECT_EQ(lastError(), "This is not a valid ISO 3166 country code.");
+    EXPECT_FALSE(code);
+    EXPECT_EQ(catalog->createCountryCode("DE", nullptr, &code), E_INVALIDARG);
+    Ref<IQVRCatalogOrderTarget> target;
+    EXPECT_EQ(catalog->createOrderTarget(street(catalog), &target), E_FAIL);
+    EXPECT_EQ(lastError(), "This object is not a valid order target.");
     Ref<IQVRCatalog> empty;
     ASSERT_EQ(CreateCatalog(&empty), S_OK);
-    EXPECT_EQ(empty->putref_orderInfo(second), E_FAIL);
+    Ref<IQVRCatalogSupplierIDs> ids;
+    EXPECT_EQ(empty->createSupplierID(nullptr, "1", nullptr), E_POINTER);
+    EXPECT_EQ(empty->createSupplierIDs(nullptr, &ids), E_FAIL);
     EXPECT_EQ(lastError().rfind("The Catalog is not initialized yet.", 0), 0u);
-    EXPECT_EQ(empty->get_supplier(&supplier), E_FAIL);
+}
+
+TEST(CatalogSingletons, SetInAnyOrderTheyStandInTheirsAheadOfTheChapters) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    VARIANT_BOOL done;
+    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Desc/><ActiveXs/><Chapter id='a'/></vCAT>", &done),
+              S_OK);
+    Made supplierMade = supplier(catalog), linkMade = link(catalog),
+         extrinsicsMade = extrinsics(catalog), imagesMade = images(catalog),
+         infoMade = orderInfo(catalog), documentsMade = documents(catalog);
+    ASSERT_EQ(catalog->putref_supplier(supplierMade), S_OK);
+    ASSERT_EQ(catalog->putref_link(linkMade), S_OK);
+    ASSERT_EQ(catalog->putref_extrinsics(extrinsicsMade), S_OK);
+    ASSERT_EQ(catalog->putref_images(imagesMade), S_OK);
+    ASSERT_EQ(catalog->putref_orderInfo(infoMade), S_OK);
+    ASSERT_EQ(catalog->putref_documents(documentsMade), S_OK);
+    EXPECT_EQ(childTags(catalog),
+              "Desc Images Link Documents ActiveXs Extrinsics OrderInfo Supplier Chapter");
+
+    Ref<IQVRCatalogImages> readImages;
+    Ref<IQVRCatalogLink> readLink;
+    Ref<IQVRCatalogDocuments> readDocuments;
+    Ref<IQVRCatalogExtrinsics> readExtrinsics;
+    Ref<IQVRCatalogOrderInfo> readInfo;
+    Ref<IQVRCatalogSupplier> readSupplier;
+    ASSERT_EQ(catalog->get_images(&readImages), S_OK);
+    ASSERT_EQ(catalog->get_link(&readLink), S_OK);
+    ASSERT_EQ(catalog->get_documents(&readDocuments), S_OK);
+    ASSERT_EQ(catalog->get_extrinsics(&readExtrinsics), S_OK);
+    ASSERT_EQ(catalog->get_orderInfo(&readInfo), S_OK);
+    ASSERT_EQ(catalog->get_supplier(&readSupplier), S_OK);
+    EXPECT_TRUE(sameNode(readImages, imagesMade) && sameNode(readLink, linkMade) &&
+                sameNode(readDocuments, documentsMade) &&
+                sameNode(readExtrinsics, extrinsicsMade) && sameNode(readInfo, infoMade) &&
+                sameNode(readSupplier, supplierMade));
+
+    // Removed, a getter finds none: get_extrinsics leaves its out value, the others clear it.
+    Listener listener(catalog);
+    ASSERT_EQ(catalog->putref_extrinsics(nullptr), S_OK);
+    ASSERT_EQ(catalog->putref_supplier(nullptr), S_OK);
+    ASSERT_EQ(catalog->putref_supplier(nullptr), S_OK);
+    EXPECT_EQ(listener.take(), "changed #0 | changed #0 | changed #0");
+    EXPECT_EQ(catalog->get_extrinsics(&readExtrinsics), S_FALSE);
+    EXPECT_TRUE(readExtrinsics);
+    EXPECT_EQ(catalog->get_supplier(&readSupplier), S_FALSE);
+    EXPECT_FALSE(readSupplier);
+
+    // A second one replaces the first, which leaves the tree.
+    Made secondInfo = orderInfo(catalog);
+    ASSERT_EQ(catalog->putref_orderInfo(secondInfo), S_OK);
+    ASSERT_EQ(catalog->get_orderInfo(&readInfo), S_OK);
+    EXPECT_TRUE(sameNode(readInfo, secondInfo));
+    Ref<IXMLDOMElement> firstNode;
+    Ref<IXMLDOMNode> firstParent;
+    ASSERT_EQ(infoMade->get_domNode(&firstNode), S_OK);
+    firstNode->get_parentNode(&firstParent);
+    EXPECT_FALSE(firstParent);
+
+    // Without Desc, a singleton goes first, ahead of everything.
+    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Chapter id='a'/></vCAT>", &done), S_OK);
+    ASSERT_EQ(catalog->putref_supplier(supplier(catalog)), S_OK);
+    EXPECT_EQ(childTags(catalog), "Supplier Chapter");
+}
+
+std::int32_t countOf(IQVRCatalogObjectList* list) {
+    std::int32_t count = 0;
+    if (list) list->get_count(&count);
+    return count;
+}
+Made firstOf(IQVRCatalogObjectList* list) {
+    Made item;
+    if (list) list->getItem(1, &item);
+    return item;
+}
+
+// What a catalog with every kind of element says through the model, one line per element.
+std::string readBack(IQVRCatalog* catalog) {
+    std::string said;
+    auto say = [&](const std::string& line) { said += line + "\n"; };
+    auto text = [](const Variant& value) {
+        Variant shown;
+        changeType(&shown, value, LCID_EN_US, 0, VT_BSTR);
+        return shown.str().str();
+    };
+    String s1, s2;
+    Variant v1, v2;
+
+    Ref<IQVRCatalogOrderInfo> info;
+    Ref<IQVRCatalogAvailability> availability;
+    Ref<IQVRCatalogObjectList> list;
+    catalog->get_orderInfo(&info);
+    info->get_effDate(&v1);
+    info->get_expDate(&v2);
+    info->get_availability(&availability);
+    availability->get_childNodes(&list);
+    say("order info " + text(v1) + " to " + text(v2) + " in " + std::to_string(countOf(list)) +
+        " country " + keyOf(firstOf(list)));
+
+    Ref<IQVRCatalogSupplier> supplier;
+    Ref<IQVRCatalogSupplierIDs> ids;
+    Ref<IQVRCatalogECommerceCenterIDs> centerIds;
+    catalog->get_supplier(&supplier);
+    supplier->get_name(&s1);
+    supplier->get_desc(&s2);
+    supplier->get_supplierIDs(&ids);
+    supplier->get_eCommerceCenterIDs(&centerIds);
+    ids->get_childNodes(&list);
+    Ref<IQVRCatalogObjectList> centerList;
+    centerIds->get_childNodes(&centerList);
+    say("supplier " + s1.str() + ", " + s2.str() + ", ids " + keyOf(firstOf(list)) + " and " +
+        keyOf(firstOf(centerList)));
+    Ref<IQVRCatalogImages> images;
+    Ref<IQVRCatalogLink> link;
+    Ref<IQVRCatalogDocuments> documents;
+    say(std::string("supplier groups ") + (supplier->get_images(&images) == S_OK ? "images " : "") +
+        (supplier->get_link(&link) == S_OK ? "link " : "") +
+        (supplier->get_documents(&documents) == S_OK ? "documents" : ""));
+
+    supplier->get_childNodes(&list);
+    Ref<IQVRCatalogSupplierLocation> location = query<IQVRCatalogSupplierLocation>(firstOf(list));
+    Ref<IQVRCatalogAddress> address;
+    Ref<IQVRCatalogPostalAddress> postal;
+    Ref<IQVRCatalogOrderMethods> methods;
+    location->get_address(&address);
+    address->get_name(&s1);
+    address->get_postalAddress(&postal);
+    postal->get_city(&s2);
+    say("location " + s1.str() + " in " + s2.str());
+    location->get_orderMethods(&methods);
+    methods->get_childNodes(&list);
+    std::string line = "order methods";
+    for (Ref<IQVRCatalogObject> item : *list) {
+        Ref<IQVRCatalogOrderMethod> method = query<IQVRCatalogOrderMethod>(item);
+        Ref<IQVRCatalogOrderTarget> target;
+        std::int32_t type = -1;
+        method->get_orderProtocol(&s1);
+        method->get_orderTarget(&target);
+        target->get_targetType(&type);
+        line += " " + s1.str() + ":" + std::to_string(type);
+    }
+    say(line);
+
+    Ref<IQVRCatalogObjectList> chapters, parts;
+    catalog->get_childNodes(&chapters);
+    firstOf(chapters)->get_childNodes(&parts);
+    Ref<IQVRCatalogPart> part = query<IQVRCatalogPart>(firstOf(parts));
+    Ref<IQVRCatalogClassifications> classes;
+    Ref<IQVRCatalogExtrinsics> extrinsics;
+    part->get_orderInfo(&info);
+    part->get_classifications(&classes);
+    part->get_extrinsics(&extrinsics);
+    info->get_effDate(&v1);
+    classes->get_childNodes(&list);
+    say("part " + nameOf(part) + " orderable from " + text(v1) + ", class " + keyOf(firstOf(list)) +
+        ", " + std::to_string(extrinsics ? 1 : 0) + " extrinsics");
+    return said;
+}
+
+using CompleteCatalog = TempFiles;
+
+TEST_F(CompleteCatalog, EveryKindOfElementIsSavedAndReadBackEqual) {
+    Ref<IQVRCatalog> catalog = newCatalog("Complete");
+    Ref<IQVRCatalogChapter> bolts = query<IQVRCatalogChapter>(chapter(catalog));
+    Ref<IQVRCatalogPart> m8 = query<IQVRCatalogPart>(part(catalog));
+    ASSERT_EQ(catalog->appendChild(bolts, nullptr), S_OK);
+    ASSERT_EQ(bolts->appendChild(m8, nullptr), S_OK);
+    ASSERT_EQ(bolts->putref_images(images(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_link(link(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_documents(documents(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_extrinsics(extrinsics(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_orderInfo(orderInfo(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_classifications(classifications(catalog)), S_OK);
+    for (auto put : {&IQVRCatalog::putref_images, &IQVRCatalog::putref_link,
+                     &IQVRCatalog::putref_documents, &IQVRCatalog::putref_extrinsics,
+                     &IQVRCatalog::putref_orderInfo, &IQVRCatalog::putref_supplier}) {
+        Maker maker = put == &IQVRCatalog::putref_images       ? images
+                      : put == &IQVRCatalog::putref_link       ? link
+                      : put == &IQVRCatalog::putref_documents  ? documents
+                      : put == &IQVRCatalog::putref_extrinsics ? extrinsics
+                      : put == &IQVRCatalog::putref_orderInfo  ? orderInfo
+                                                               : supplier;
+        ASSERT_EQ(((*catalog).*put)(maker(catalog)), S_OK);
+    }
+    const std::string expected = "order info 3/1/2026 to 12/31/2027 in 1 country DE\n"
+                                 "supplier ACME, Bolts and nuts, ids DUNS and GLN\n"
+                                 "supplier groups images link documents\n"
+                                 "location ACME in Stuttgart\n"
+                                 "order methods voice:0 smtp:1 fax:2 https:3\n"
+                                 "part M8 orderable from 3/1/2026, class ETIM, 1 extrinsics\n";
+    EXPECT_EQ(readBack(catalog), expected);
+
+    VARIANT_BOOL done = VARIANT_FALSE;
+    ASSERT_EQ(catalog->saveAs(Variant(file("complete.xml")), &done), S_OK);
+    Ref<IQVRCatalog> loaded;
+    ASSERT_EQ(CreateCatalog(&loaded), S_OK);
+    ASSERT_EQ(loaded->load(Variant(file("complete.xml")), &done), S_OK);
+    String written, read;
+    ASSERT_EQ(catalog->get_xml(&written), S_OK);
+    ASSERT_EQ(loaded->get_xml(&read), S_OK);
+    EXPECT_EQ(read, written);
+    EXPECT_EQ(readBack(loaded), expected);
+    // Every tag of the catalog format stands in the file.
+    for (const auto& [tag, maker] : everyFactory())
+        EXPECT_NE(read.str().find("<" + std::string(tag)), std::string::npos) << tag;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Order information: dates, availability by country, order methods and their targets.
 #include <gtest/gtest.h>
 
+#include "common/catalog_elements.h"
 #include "common/catalog_fixture.h"
 
 namespace qvr::testing {
@@ -202,6 +203,44 @@ TEST(OrderMethod, TargetsProtocolAndTheListOfMethods) {
     EXPECT_EQ(childTags(methods), "");
     EXPECT_EQ(methods->appendChild(target, &removed), E_FAIL);
     EXPECT_EQ(lastError(), "You can only append OrderMethod as a child of this object.");
+}
+
+TEST(OrderTarget, HoldsOnePhoneEmailFaxOrURLAndAnyKindReplacesAnother) {
+    using namespace elements;
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogOrderTarget> target =
+        query<IQVRCatalogOrderTarget>(orderTarget(catalog, url(catalog)));
+    const Made kinds4[] = {phone(catalog), email(catalog), fax(catalog), url(catalog)};
+    Listener listener(catalog);
+    std::string kinds;
+    for (const Made& made : kinds4) {
+        ASSERT_EQ(target->putref_target(made), S_OK);
+        std::int32_t type = -1;
+        Ref<IQVRCatalogObject> read;
+        ASSERT_EQ(target->get_targetType(&type), S_OK);
+        ASSERT_EQ(target->get_target(&read), S_OK);
+        Ref<IQVRCatalogObject> parent;
+        ASSERT_EQ(read->get_parentNode(&parent), S_OK);
+        EXPECT_EQ(parent.get(), static_cast<IQVRCatalogObject*>(target.get()));
+        kinds += std::to_string(type) + ":" + childTags(target) + " ";
+    }
+    EXPECT_EQ(kinds, "0:Phone 1:Email 2:Fax 3:URL ");
+    EXPECT_EQ(listener.take(), "changed #12 | changed #12 | changed #12 | changed #12");
+
+    // Anything else is refused and the target stays.
+    EXPECT_EQ(target->putref_target(street(catalog)), E_FAIL);
+    EXPECT_EQ(lastError(), "This object is not a valid order target.");
+    EXPECT_EQ(childTags(target), "URL");
+
+    // A method's target is its first child, replaced in place and never removed.
+    Ref<IQVRCatalogOrderMethod> method =
+        query<IQVRCatalogOrderMethod>(orderMethod(catalog, email(catalog), "smtp"));
+    EXPECT_EQ(childTags(method), "OrderTarget OrderProtocol");
+    ASSERT_EQ(method->putref_orderTarget(target), S_OK);
+    EXPECT_EQ(childTags(method), "OrderTarget OrderProtocol");
+    Ref<IQVRCatalogOrderTarget> read;
+    ASSERT_EQ(method->get_orderTarget(&read), S_OK);
+    EXPECT_EQ(childTags(read), "URL");
 }
 
 } // namespace

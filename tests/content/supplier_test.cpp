@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "common/catalog_elements.h"
 #include "common/catalog_fixture.h"
 
 namespace qvr::testing {
@@ -96,6 +97,82 @@ TEST(SupplierIds, OneValuePerDomainInBothFamilies) {
         EXPECT_EQ(family.makeId(catalog, nullptr, "x", &id), E_INVALIDARG);
         EXPECT_EQ(family.makeId(catalog, "d", nullptr, &id), E_INVALIDARG);
     }
+}
+
+TEST(SupplierLocation, JoinsAnAddressWithItsOrderMethods) {
+    using namespace elements;
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogSupplierLocation> location;
+    // Order methods first; the address always goes ahead of them.
+    ASSERT_EQ(catalog->createSupplierLocation(address(catalog), orderMethods(catalog), &location),
+              S_OK);
+    EXPECT_EQ(childTags(location), "Address OrderMethods");
+    Ref<IQVRCatalogAddress> address1;
+    Ref<IQVRCatalogOrderMethods> methods;
+    ASSERT_EQ(location->get_address(&address1), S_OK);
+    ASSERT_EQ(location->get_orderMethods(&methods), S_OK);
+    EXPECT_EQ(childTags(address1), "Name PostalAddress Email Phone Fax");
+    EXPECT_EQ(childTags(methods), "OrderMethod OrderMethod OrderMethod OrderMethod");
+
+    // Each can be replaced, neither removed.
+    Made other = address(catalog);
+    ASSERT_EQ(location->putref_address(other), S_OK);
+    ASSERT_EQ(location->putref_orderMethods(orderMethods(catalog)), S_OK);
+    EXPECT_EQ(childTags(location), "Address OrderMethods");
+    EXPECT_EQ(location->putref_address(nullptr), E_POINTER);
+    EXPECT_EQ(location->putref_orderMethods(nullptr), E_POINTER);
+    EXPECT_EQ(childTags(location), "Address OrderMethods");
+    Ref<IQVRCatalogObject> inserted;
+    EXPECT_EQ(location->appendChild(other, &inserted), S_FALSE);
+}
+
+TEST(Supplier, ChildrenStandInTheirOrderAndLocationsComeLast) {
+    using namespace elements;
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogSupplier> acme;
+    ASSERT_EQ(catalog->createSupplier("ACME", "Bolts", nullptr, nullptr, nullptr, nullptr, nullptr,
+                                      location(catalog), &acme),
+              S_OK);
+    EXPECT_EQ(childTags(acme), "Desc SupplierLocation");
+    // The location is the one object a supplier can't do without; name and desc are required.
+    Ref<IQVRCatalogSupplier> none;
+    EXPECT_EQ(catalog->createSupplier("ACME", "Bolts", nullptr, nullptr, nullptr, nullptr, nullptr,
+                                      nullptr, &none),
+              E_POINTER);
+    EXPECT_EQ(catalog->createSupplier("ACME", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                      location(catalog), &none),
+              E_INVALIDARG);
+
+    // Two like locations side by side; groups go ahead of them, each behind its predecessors.
+    ASSERT_EQ(acme->appendChild(location(catalog), nullptr), S_OK);
+    ASSERT_EQ(acme->putref_documents(documents(catalog)), S_OK);
+    ASSERT_EQ(acme->putref_supplierIDs(supplierIds(catalog)), S_OK);
+    ASSERT_EQ(acme->putref_link(link(catalog)), S_OK);
+    ASSERT_EQ(acme->putref_eCommerceCenterIDs(centerIds(catalog)), S_OK);
+    ASSERT_EQ(acme->putref_images(images(catalog)), S_OK);
+    EXPECT_EQ(childTags(acme), "Desc Images Link Documents SupplierIDs ECommerceCenterIDs "
+                               "SupplierLocation SupplierLocation");
+
+    // A supplier without Desc makes one, ahead of the groups.
+    VARIANT_BOOL done;
+    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Supplier name='S'><SupplierIDs/><SupplierLocation/>"
+                               "</Supplier></vCAT>",
+                               &done),
+              S_OK);
+    ASSERT_EQ(catalog->get_supplier(&acme), S_OK);
+    ASSERT_EQ(acme->put_desc("Made here"), S_OK);
+    EXPECT_EQ(childTags(acme), "Desc SupplierIDs SupplierLocation");
+
+    // Its locations can all go.
+    Ref<IQVRCatalogObjectList> locations;
+    Ref<IQVRCatalogObject> first, removed;
+    ASSERT_EQ(acme->get_childNodes(&locations), S_OK);
+    ASSERT_EQ(locations->getItem(1, &first), S_OK);
+    ASSERT_EQ(acme->removeChild(first, &removed), S_OK);
+    EXPECT_EQ(childTags(acme), "Desc SupplierIDs");
+    EXPECT_EQ(acme->appendChild(supplierId(catalog), &removed), E_FAIL);
+    EXPECT_EQ(lastError(),
+              "You can only append SupplierLoation objects as a child of this object.");
 }
 
 } // namespace
