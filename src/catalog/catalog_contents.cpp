@@ -41,8 +41,10 @@ HRESULT CQVRCatalog::getGroup(const char* tag, Ref<IQVRCatalogObject>* group) {
         Ref<IXMLDOMElement> root;
         HRESULT hr = requireElement(&root);
         if (hr != S_OK) return hr;
-        hr = accessors::wrapSelected(root, tag, self(), self(), group);
-        return FAILED(hr) || hr == S_OK ? hr : S_FALSE;
+        // Whatever keeps the selection from finding one counts as none there.
+        Ref<IXMLDOMNode> node;
+        if (root->selectSingleNode(tag, &node) != S_OK) return S_FALSE;
+        return CXMLDOMTool(node).createObject(self(), self(), group);
     });
 }
 
