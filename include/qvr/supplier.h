@@ -16,9 +16,11 @@
 
 namespace qvr {
 
-// What SupplierID and ECommerceCenterID share: a value in a domain.
-class IQVRCatalogDomainValue : public IQVRCatalogObject {
+// A value (the text) in a domain (the key); one per domain in its list.
+class IQVRCatalogSupplierID : public IQVRCatalogObject {
 public:
+    QVR_INTERFACE_ID(IQVRCatalogSupplierID)
+
     // The same as get_key.
     virtual HRESULT get_domain(String* domain) = 0;
     // A domain that a sibling holds: "A child with the same id already exists." and E_FAIL. The
@@ -28,14 +30,15 @@ public:
     virtual HRESULT put_value(const String& value) = 0;
 };
 
-class IQVRCatalogSupplierID : public IQVRCatalogDomainValue {
-public:
-    QVR_INTERFACE_ID(IQVRCatalogSupplierID)
-};
-
-class IQVRCatalogECommerceCenterID : public IQVRCatalogDomainValue {
+// Built as a SupplierID.
+class IQVRCatalogECommerceCenterID : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogECommerceCenterID)
+
+    virtual HRESULT get_domain(String* domain) = 0;
+    virtual HRESULT put_domain(const String& domain) = 0;
+    virtual HRESULT get_value(String* value) = 0;
+    virtual HRESULT put_value(const String& value) = 0;
 };
 
 class IQVRCatalogSupplierIDs : public IQVRCatalogObject {
