@@ -261,6 +261,13 @@ TEST_F(CompleteCatalog, EveryKindOfElementIsSavedAndReadBackEqual) {
     ASSERT_EQ(loaded->get_xml(&read), S_OK);
     EXPECT_EQ(read, written);
     EXPECT_EQ(readBack(loaded), expected);
+    // findById reaches as deep as any id stands, and hands the element out with the catalog as
+    // its parent.
+    Made found, parent;
+    ASSERT_EQ(loaded->findById(postalAddressId, &found), S_OK);
+    EXPECT_TRUE(query<IQVRCatalogPostalAddress>(found));
+    ASSERT_EQ(found->get_parentNode(&parent), S_OK);
+    EXPECT_EQ(parent.get(), static_cast<IQVRCatalogObject*>(loaded.get()));
     // Every tag of the catalog format stands in the file.
     for (const auto& [tag, maker] : everyFactory())
         EXPECT_NE(read.str().find("<" + std::string(tag)), std::string::npos) << tag;

@@ -90,9 +90,11 @@ inline Made email(C c) {
 inline Made street(C c) {
     return make<IQVRCatalogStreet>([&](auto* o) { return c->createStreet("Werkstrasse 12", o); });
 }
+// The id of every postal address made here.
+inline const char* const postalAddressId = "5E1A3C2B-7D4F-4A6B-9C8D-0E1F2A3B4C5D";
 inline Made postalAddress(C c) {
     return make<IQVRCatalogPostalAddress>([&](auto* o) {
-        return c->createPostalAddress("P1", "Stuttgart", "Germany", "DE", street(c),
+        return c->createPostalAddress(postalAddressId, "Stuttgart", "Germany", "DE", street(c),
                                       "Baden-Wuerttemberg", "70173", o);
     });
 }
