@@ -137,89 +137,25 @@ TEST(Availability, OneCountryCodePerCodeAndTheLastOneStays) {
     EXPECT_EQ(again->put_isoCountryCode("FR"), S_OK);
 }
 
-TEST(OrderMethod, TargetsProtocolAndTheListOfMethods) {
-    Ref<IQVRCatalog> catalog = newCatalog();
-    Ref<IQVRCatalogOrderMethod> method;
-    Ref<IQVRCatalogOrderTarget> target;
-    Ref<IQVRCatalogOrderMethods> methods;
-    // No target given: the method's own setter refuses null.
-    EXPECT_EQ(catalog->createOrderMethod(nullptr, "phone", &method), E_POINTER);
-    EXPECT_FALSE(method);
-    EXPECT_EQ(catalog->createOrderMethod(nullptr, nullptr, &method), E_INVALIDARG);
-
-    // Of the target kinds, get_targetType tells each; an empty target says so.
-    VARIANT_BOOL done;
-    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Supplier><SupplierLocation><OrderMethods>"
-                               "<OrderMethod><OrderTarget/><OrderProtocol>p</OrderProtocol>"
-                               "</OrderMethod><OrderMethod><OrderTarget><Phone/></OrderTarget>"
-                               "</OrderMethod><OrderMethod><OrderTarget><Email/></OrderTarget>"
-                               "</OrderMethod><OrderMethod><OrderTarget><Fax/></OrderTarget>"
-                               "</OrderMethod><OrderMethod><OrderTarget><URL/></OrderTarget>"
-                               "</OrderMethod><OrderMethod><OrderTarget><Pager/></OrderTarget>"
-                               "</OrderMethod></OrderMethods></SupplierLocation></Supplier></vCAT>",
-                               &done),
-              S_OK);
-    Ref<IQVRCatalogSupplier> supplier;
-    Ref<IQVRCatalogObjectList> locations, list;
-    Ref<IQVRCatalogObject> location;
-    ASSERT_EQ(catalog->get_supplier(&supplier), S_OK);
-    ASSERT_EQ(supplier->get_childNodes(&locations), S_OK);
-    ASSERT_EQ(locations->getItem(1, &location), S_OK);
-    ASSERT_EQ(query<IQVRCatalogSupplierLocation>(location)->get_orderMethods(&methods), S_OK);
-    ASSERT_EQ(methods->get_childNodes(&list), S_OK);
-    std::string types;
-    for (Ref<IQVRCatalogObject> item : *list) {
-        ASSERT_EQ(query<IQVRCatalogOrderMethod>(item)->get_orderTarget(&target), S_OK);
-        std::int32_t type = -1;
-        const HRESULT hr = target->get_targetType(&type);
-        types += std::to_string(type) + (hr == S_OK ? " " : "! ");
-    }
-    EXPECT_EQ(types, "5 0 1 2 3 4! ");
-    EXPECT_EQ(lastError(), "An unknown order target name was found.");
-
-    // The protocol: an empty text removes it, and is heard also when there is none.
-    ASSERT_EQ(list->getItem(1, &location), S_OK);
-    method = query<IQVRCatalogOrderMethod>(location);
-    String protocol;
-    ASSERT_EQ(method->get_orderProtocol(&protocol), S_OK);
-    EXPECT_EQ(protocol, "p");
-    Listener listener(catalog);
-    ASSERT_EQ(method->put_orderProtocol(""), S_OK);
-    ASSERT_EQ(method->put_orderProtocol(""), S_OK);
-    EXPECT_EQ(method->get_orderProtocol(&protocol), S_FALSE);
-    EXPECT_EQ(listener.take(), "changed #10 | changed #10");
-
-    // Only a Phone, Email, Fax or URL can be a target.
-    ASSERT_EQ(method->get_orderTarget(&target), S_OK);
-    EXPECT_EQ(target->putref_target(supplier), E_FAIL);
-    EXPECT_EQ(lastError(), "This object is not a valid order target.");
-    EXPECT_EQ(target->putref_target(nullptr), E_POINTER);
-    EXPECT_EQ(method->putref_orderTarget(nullptr), E_POINTER);
-    EXPECT_EQ(childTags(target), "");
-
-    // OrderMethods can be emptied (its list follows), and takes nothing but methods.
-    Ref<IQVRCatalogObject> first, removed;
-    while (list->getItem(1, &first) == S_OK) ASSERT_EQ(methods->removeChild(first, &removed), S_OK);
-    EXPECT_EQ(childTags(methods), "");
-    EXPECT_EQ(methods->appendChild(target, &removed), E_FAIL);
-    EXPECT_EQ(lastError(), "You can only append OrderMethod as a child of this object.");
-}
-
-TEST(OrderTarget, HoldsOnePhoneEmailFaxOrURLAndAnyKindReplacesAnother) {
+TEST(OrderMethods, TargetsOfEachKindProtocolsAndTheList) {
     using namespace elements;
     Ref<IQVRCatalog> catalog = newCatalog();
     Ref<IQVRCatalogOrderTarget> target =
         query<IQVRCatalogOrderTarget>(orderTarget(catalog, url(catalog)));
-    const Made kinds4[] = {phone(catalog), email(catalog), fax(catalog), url(catalog)};
+    Ref<IQVRCatalogOrderMethod> method;
+    ASSERT_EQ(catalog->createOrderMethod(target, "https", &method), S_OK);
+    EXPECT_EQ(childTags(method), "OrderTarget OrderProtocol");
+
+    // Each kind of target in turn replaces whatever kind stood there.
+    const Made targets[] = {phone(catalog), email(catalog), fax(catalog), url(catalog)};
     Listener listener(catalog);
     std::string kinds;
-    for (const Made& made : kinds4) {
+    for (const Made& made : targets) {
         ASSERT_EQ(target->putref_target(made), S_OK);
         std::int32_t type = -1;
-        Ref<IQVRCatalogObject> read;
+        Ref<IQVRCatalogObject> read, parent;
         ASSERT_EQ(target->get_targetType(&type), S_OK);
         ASSERT_EQ(target->get_target(&read), S_OK);
-        Ref<IQVRCatalogObject> parent;
         ASSERT_EQ(read->get_parentNode(&parent), S_OK);
         EXPECT_EQ(parent.get(), static_cast<IQVRCatalogObject*>(target.get()));
         kinds += std::to_string(type) + ":" + childTags(target) + " ";
@@ -227,20 +163,61 @@ TEST(OrderTarget, HoldsOnePhoneEmailFaxOrURLAndAnyKindReplacesAnother) {
     EXPECT_EQ(kinds, "0:Phone 1:Email 2:Fax 3:URL ");
     EXPECT_EQ(listener.take(), "changed #12 | changed #12 | changed #12 | changed #12");
 
-    // Anything else is refused and the target stays.
+    // Refused: another kind of target, no target, no protocol; nothing changes.
     EXPECT_EQ(target->putref_target(street(catalog)), E_FAIL);
     EXPECT_EQ(lastError(), "This object is not a valid order target.");
+    EXPECT_EQ(target->putref_target(nullptr), E_POINTER);
+    EXPECT_EQ(method->putref_orderTarget(nullptr), E_POINTER);
+    EXPECT_EQ(catalog->createOrderMethod(nullptr, "voice", &method), E_POINTER);
+    EXPECT_EQ(catalog->createOrderMethod(target, nullptr, &method), E_INVALIDARG);
     EXPECT_EQ(childTags(target), "URL");
+    listener.take();
 
-    // A method's target is its first child, replaced in place and never removed.
-    Ref<IQVRCatalogOrderMethod> method =
-        query<IQVRCatalogOrderMethod>(orderMethod(catalog, email(catalog), "smtp"));
-    EXPECT_EQ(childTags(method), "OrderTarget OrderProtocol");
-    ASSERT_EQ(method->putref_orderTarget(target), S_OK);
-    EXPECT_EQ(childTags(method), "OrderTarget OrderProtocol");
-    Ref<IQVRCatalogOrderTarget> read;
-    ASSERT_EQ(method->get_orderTarget(&read), S_OK);
-    EXPECT_EQ(childTags(read), "URL");
+    // The protocol: the empty text removes it, and is heard also when there is none.
+    ASSERT_EQ(catalog->createOrderMethod(orderTarget(catalog, fax(catalog)), "fax", &method), S_OK);
+    listener.take();
+    ASSERT_EQ(method->put_orderProtocol(""), S_OK);
+    ASSERT_EQ(method->put_orderProtocol(""), S_OK);
+    String protocol;
+    EXPECT_EQ(method->get_orderProtocol(&protocol), S_FALSE);
+    EXPECT_EQ(listener.take(), "changed #10 | changed #10");
+
+    // A stored target of no known kind, or none at all.
+    VARIANT_BOOL done;
+    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Supplier><SupplierLocation><OrderMethods>"
+                               "<OrderMethod><OrderTarget><Pager/></OrderTarget></OrderMethod>"
+                               "<OrderMethod><OrderTarget/></OrderMethod>"
+                               "</OrderMethods></SupplierLocation></Supplier></vCAT>",
+                               &done),
+              S_OK);
+    Ref<IQVRCatalogSupplier> supplier;
+    Ref<IQVRCatalogObjectList> locations, stored;
+    Ref<IQVRCatalogObject> location;
+    Ref<IQVRCatalogOrderMethods> storedMethods;
+    ASSERT_EQ(catalog->get_supplier(&supplier), S_OK);
+    ASSERT_EQ(supplier->get_childNodes(&locations), S_OK);
+    ASSERT_EQ(locations->getItem(1, &location), S_OK);
+    ASSERT_EQ(query<IQVRCatalogSupplierLocation>(location)->get_orderMethods(&storedMethods), S_OK);
+    ASSERT_EQ(storedMethods->get_childNodes(&stored), S_OK);
+    std::string types;
+    for (Ref<IQVRCatalogObject> item : *stored) {
+        Ref<IQVRCatalogOrderTarget> storedTarget;
+        ASSERT_EQ(query<IQVRCatalogOrderMethod>(item)->get_orderTarget(&storedTarget), S_OK);
+        std::int32_t type = -1;
+        const HRESULT hr = storedTarget->get_targetType(&type);
+        types += std::to_string(type) + (hr == S_OK ? " " : "! " + lastError() + " ");
+    }
+    EXPECT_EQ(types, "4! An unknown order target name was found. 5 ");
+
+    // OrderMethods can be emptied, and takes nothing but methods.
+    Ref<IQVRCatalogOrderMethods> methods = query<IQVRCatalogOrderMethods>(orderMethods(catalog));
+    Ref<IQVRCatalogObjectList> list;
+    Ref<IQVRCatalogObject> first, removed;
+    ASSERT_EQ(methods->get_childNodes(&list), S_OK);
+    while (list->getItem(1, &first) == S_OK) ASSERT_EQ(methods->removeChild(first, &removed), S_OK);
+    EXPECT_EQ(childTags(methods), "");
+    EXPECT_EQ(methods->appendChild(target, &removed), E_FAIL);
+    EXPECT_EQ(lastError(), "You can only append OrderMethod as a child of this object.");
 }
 
 } // namespace
