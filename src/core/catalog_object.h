@@ -9,7 +9,7 @@
 //       HRESULT put_value(const String& v) override { return accessors::putOwnText(*this, v); }
 //   };
 //
-// and one line in the factory's tag table (core/object_factory.cpp). A class whose common
+// and one line in the factory's tag table (server/tag_table.cpp). A class whose common
 // operation departs from the tables overrides it (Chapter's cloneNode, Part's removeChild).
 // Family F classes override keyFromOwnOperation.
 #pragma once

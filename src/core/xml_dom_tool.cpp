@@ -3,16 +3,13 @@
 #include <cstdio>
 #include <string>
 
-#include <qvr/content.h>
-
-#include "content/part.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
+#include "core/object_vector.h"
 #include "core/value_selection.h"
 #include "platform/com/cookie_table.h"
 #include "platform/com/messages.h"
-#include "transfer/object_vector.h"
 
 namespace qvr {
 namespace {
@@ -306,42 +303,6 @@ HRESULT CXMLDOMTool::containsId(IQVRCatalogObject* object, VARIANT_BOOL* contain
     hr = selectOneWithValue(node_, ".//*[@id = '", key, "']", &found);
     if (hr == S_OK) *contained = VARIANT_TRUE;
     return hr == S_FALSE ? S_OK : hr;
-}
-
-HRESULT CXMLDOMTool::regenerateIds(IQVRCatalogObject* catalog, IQVRCatalogObject* source,
-                                   IQVRCatalogObject* copy) {
-    Ref<IQVRCatalogObjectList> sourceList, copyList;
-    HRESULT hr = source->get_childNodes(&sourceList);
-    if (hr != S_OK) return hr;
-    if ((hr = copy->get_childNodes(&copyList)) != S_OK) return hr;
-    std::int32_t count = 0;
-    if ((hr = sourceList->get_count(&count)) != S_OK) return hr;
-    for (std::int32_t i = 1; i <= count && hr == S_OK; ++i) {
-        Ref<IQVRCatalogObject> from, to;
-        Ref<IXMLDOMElement> element;
-        QVRObjectType type;
-        if ((hr = sourceList->getItem(i, &from)) != S_OK) break;
-        if ((hr = copyList->getItem(i, &to)) != S_OK) break;
-        if ((hr = from->get_objectType(&type)) != S_OK) break;
-        if (type != qvrPart && type != qvrChapter) continue; // the copy keeps what it had
-        if (FAILED(hr = to->get_domNode(&element))) break;
-        const String id = newGuidId();
-        if ((hr = element->setAttribute("id", id)) != S_OK) break;
-        if (type == qvrChapter) {
-            hr = regenerateIds(catalog, from, to);
-            continue;
-        }
-        // A part's table goes with it under the new id; nobody hears of the hand-over.
-        EventFreeze freeze;
-        Ref<IQVRCatalogPart> copiedPart = query<IQVRCatalogPart>(to);
-        if (!copiedPart) {
-            hr = E_NOINTERFACE;
-            break;
-        }
-        copiedPart->put_tableRef("");
-        hr = CQVRCatalogPart::copyTable(query<IQVRCatalogPart>(from), copiedPart, id + "T");
-    }
-    return hr;
 }
 
 // --- Plain elements ---------------------------------------------------------------------------

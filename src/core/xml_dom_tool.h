@@ -77,9 +77,6 @@ public:
                                  const String& wanted);
     // Whether an element below the tool's node has the key of `object` as its `id`.
     HRESULT containsId(IQVRCatalogObject* object, VARIANT_BOOL* contained);
-    // Gives every chapter and part below `copy` a new id, walking `source` alongside.
-    HRESULT regenerateIds(IQVRCatalogObject* catalog, IQVRCatalogObject* source,
-                          IQVRCatalogObject* copy);
 
     // --- Plain elements (Desc, TableRef and other data without a class) ---------------------
     // Appends a new element `tag` to the tool's node.

@@ -1,7 +1,9 @@
-#include "core/object_factory.h"
-
+// The factory's tag table: the one place that knows every class of the model. It stands above
+// the classes so that the frame below them names none; the frame reaches it through
+// creatorOfTag. A new class is one row here, its creator in place of the null.
 #include "content/chapter.h"
 #include "content/part.h"
+#include "core/object_factory.h"
 #include "core/object_types.h"
 #include "formulas/calculated_column.h"
 #include "tables/const_column.h"

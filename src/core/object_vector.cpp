@@ -1,8 +1,8 @@
-#include "transfer/object_vector.h"
+#include "core/object_vector.h"
 
 #include "core/event_root.h"
 #include "platform/com/failure.h"
-#include "transfer/vector_enumerator.h"
+#include "core/vector_enumerator.h"
 
 namespace qvr {
 namespace {
