@@ -20,7 +20,8 @@ class CQVRCatalog final : public RootObject<IQVRCatalog, qvrCatalog> {
 public:
     CQVRCatalog();
 
-    // --- ObjectCore hooks: the root element of the document, message 102, direct firing ------
+    // --- ObjectCore hooks: the root element of the document, msgCatalogNotInitialized, direct
+    // firing ------
     bool initialized() const override { return document_ != nullptr; }
     HRESULT notInitialized() const override;
     HRESULT workElement(Ref<IXMLDOMElement>* element) override;

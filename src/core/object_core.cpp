@@ -82,7 +82,7 @@ HRESULT ObjectCore::containerInsertBefore(IQVRCatalogObject* newChild, const Var
             if (inserted) *inserted = std::move(child);
             return S_OK;
         }
-        if (hr == QVR_E_DUPLICATE && row.reportsDuplicate) return report(134);
+        if (hr == QVR_E_DUPLICATE && row.reportsDuplicate) return report(msgDuplicateId);
         return hr;
     });
 }
@@ -107,7 +107,7 @@ HRESULT ObjectCore::containerRemoveChild(IQVRCatalogObject* child, Ref<IQVRCatal
             if (FAILED(hr = node->get_nodeName(&name))) return hr;
             if (FAILED(hr = element->selectNodes(name, &siblings))) return hr;
             if (FAILED(hr = siblings->get_length(&count))) return hr;
-            if (count == 1) return report(136);
+            if (count == 1) return report(msgLastChild);
         }
         Ref<IQVRCatalogObject> catalog;
         catalogObject(&catalog);

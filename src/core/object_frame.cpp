@@ -47,7 +47,7 @@ HRESULT ObjectFrame::attachNew(IXMLDOMDocument* document, IQVRCatalogObject* cat
 }
 
 HRESULT ObjectFrame::notInitialized() const {
-    return report(116);
+    return report(msgObjectNotInitialized);
 }
 
 HRESULT ObjectFrame::workElement(Ref<IXMLDOMElement>* element) {

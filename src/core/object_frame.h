@@ -38,7 +38,7 @@ public:
 
     // --- ObjectCore hooks for a wrapper --------------------------------------------------------
     bool initialized() const override { return element_ != nullptr; }
-    HRESULT notInitialized() const override; // message 116
+    HRESULT notInitialized() const override; // msgObjectNotInitialized
     HRESULT workElement(Ref<IXMLDOMElement>* element) override;
     HRESULT catalogObject(Ref<IQVRCatalogObject>* catalog) override;
     HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child, const Variant& position,

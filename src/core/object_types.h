@@ -11,6 +11,8 @@
 
 #include <qvr/object.h>
 
+#include "platform/com/messages.h"
+
 namespace qvr {
 
 // How get_key finds an object's key.
@@ -141,44 +143,52 @@ struct ContainerRow {
     TypeSet accepted;
     const char* keyAttribute;
     const char* childSelection;
-    std::uint32_t wrongTypeMessage;
+    Msg wrongTypeMessage;
     LastChildGuard guard;
-    bool reportsDuplicate; // a duplicate key: message 134 and E_FAIL, or QVR_E_DUPLICATE alone
+    bool reportsDuplicate; // a duplicate key: msgDuplicateId and E_FAIL, or QVR_E_DUPLICATE alone
 };
 
 inline constexpr ContainerRow containerTable[] = {
-    {qvrCatalog, typeSet({qvrChapter}), "id", "Chapter", 106, LastChildGuard::No, true},
-    {qvrChapter, typeSet({qvrChapter, qvrPart}), "id", "(Chapter | Part)", 105, LastChildGuard::No,
-     true},
-    {qvrAvailability, typeSet({qvrCountryCode}), "isoCountryCode", "CountryCode", 121,
+    {qvrCatalog, typeSet({qvrChapter}), "id", "Chapter", msgOnlyChapters, LastChildGuard::No, true},
+    {qvrChapter, typeSet({qvrChapter, qvrPart}), "id", "(Chapter | Part)", msgOnlyChaptersOrParts,
+     LastChildGuard::No, true},
+    {qvrAvailability, typeSet({qvrCountryCode}), "isoCountryCode", "CountryCode",
+     msgOnlyCountryCodes, LastChildGuard::Yes, true},
+    {qvrClassifications, typeSet({qvrClass}), "domain", "Class", msgOnlyClasses,
      LastChildGuard::Yes, true},
-    {qvrClassifications, typeSet({qvrClass}), "domain", "Class", 120, LastChildGuard::Yes, true},
-    {qvrDocument, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
-    {qvrDocuments, typeSet({qvrDocument}), "NA", "Document", 115, LastChildGuard::Yes, true},
-    {qvrECommerceCenterIDs, typeSet({qvrECommerceCenterID}), "domain", "ECommerceCenterID", 130,
+    {qvrDocument, typeSet({qvrURL}), "xml:lang", "URL", msgOnlyURLs, LastChildGuard::Yes, true},
+    {qvrDocuments, typeSet({qvrDocument}), "NA", "Document", msgOnlyDocuments, LastChildGuard::Yes,
+     true},
+    {qvrECommerceCenterIDs, typeSet({qvrECommerceCenterID}), "domain", "ECommerceCenterID",
+     msgOnlyECommerceCenterIDs, LastChildGuard::Yes, true},
+    {qvrExtrinsics, typeSet({qvrExtrinsic}), "NA", "Extrinsic", msgOnlyExtrinsics,
+     LastChildGuard::No, true},
+    {qvrImage, typeSet({qvrURL}), "xml:lang", "URL", msgOnlyURLs, LastChildGuard::Yes, false},
+    {qvrImages, typeSet({qvrImage}), "NA", "Image", msgOnlyImages, LastChildGuard::Yes, true},
+    {qvrLink, typeSet({qvrURL}), "xml:lang", "URL", msgOnlyURLs, LastChildGuard::Yes, true},
+    {qvrOrderMethods, typeSet({qvrOrderMethod}), "NA", "OrderMethod", msgOnlyOrderMethods,
+     LastChildGuard::No, true},
+    {qvrPostalAddress, typeSet({qvrStreet}), "NA", "Street", msgOnlyStreets, LastChildGuard::Yes,
+     true},
+    {qvrReferencedFiles, typeSet({qvrURL}), "xml:lang", "URL", msgOnlyURLs, LastChildGuard::Yes,
+     true},
+    {qvrSupplier, typeSet({qvrSupplierLocation}), "NA", "SupplierLocation",
+     msgOnlySupplierLocations, LastChildGuard::No, true},
+    {qvrSupplierIDs, typeSet({qvrSupplierID}), "domain", "SupplierID", msgOnlySupplierIDs,
      LastChildGuard::Yes, true},
-    {qvrExtrinsics, typeSet({qvrExtrinsic}), "NA", "Extrinsic", 151, LastChildGuard::No, true},
-    {qvrImage, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, false},
-    {qvrImages, typeSet({qvrImage}), "NA", "Image", 112, LastChildGuard::Yes, true},
-    {qvrLink, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
-    {qvrOrderMethods, typeSet({qvrOrderMethod}), "NA", "OrderMethod", 127, LastChildGuard::No,
+    {qvrTableColumn, typeSet({qvrCell}), "NA", "Row", msgOnlyCells, LastChildGuard::Own, true},
+    {qvrRefColumn, typeSet({qvrRefCell}), "NA", "RowRef", msgOnlyRefCells, LastChildGuard::Own,
      true},
-    {qvrPostalAddress, typeSet({qvrStreet}), "NA", "Street", 128, LastChildGuard::Yes, true},
-    {qvrReferencedFiles, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
-    {qvrSupplier, typeSet({qvrSupplierLocation}), "NA", "SupplierLocation", 131, LastChildGuard::No,
-     true},
-    {qvrSupplierIDs, typeSet({qvrSupplierID}), "domain", "SupplierID", 129, LastChildGuard::Yes,
-     true},
-    {qvrTableColumn, typeSet({qvrCell}), "NA", "Row", 118, LastChildGuard::Own, true},
-    {qvrRefColumn, typeSet({qvrRefCell}), "NA", "RowRef", 153, LastChildGuard::Own, true},
-    {qvrView, typeSet({qvrDrawing}), "NA", "Drawing", 114, LastChildGuard::Own, true},
-    {qvrConstView, typeSet({qvrRecipe}), "application", "Recipe", 152, LastChildGuard::Yes, true},
-    {qvrUniqueColumn, typeSet({qvrInfoCell}), "id", "RowUnique", 150, LastChildGuard::Own, true},
+    {qvrView, typeSet({qvrDrawing}), "NA", "Drawing", msgOnlyDrawings, LastChildGuard::Own, true},
+    {qvrConstView, typeSet({qvrRecipe}), "application", "Recipe", msgOnlyRecipes,
+     LastChildGuard::Yes, true},
+    {qvrUniqueColumn, typeSet({qvrInfoCell}), "id", "RowUnique", msgOnlyInfoCells,
+     LastChildGuard::Own, true},
     {qvrTable,
      typeSet({qvrTableColumn, qvrRefColumn, qvrConstColumn, qvrCalculatedColumn, qvrView,
               qvrConstView}),
-     "id", "(Column | ColumnConst | ColumnCalc | ColumnView | ColumnConstView | ColumnRef)", 113,
-     LastChildGuard::Own, true},
+     "id", "(Column | ColumnConst | ColumnCalc | ColumnView | ColumnConstView | ColumnRef)",
+     msgOnlyColumnsOrViews, LastChildGuard::Own, true},
 };
 
 // The container row of a class, or null for a class that takes no children.

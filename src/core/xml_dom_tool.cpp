@@ -392,7 +392,7 @@ String CXMLDOMTool::parseErrorText() const {
     error->get_reason(&reason);
     error->get_srcText(&source);
     error->get_url(&url);
-    const std::string format(messageText(103));
+    const std::string format(messageText(msgXmlParseError));
     const long lineNumber = line, position = linePosition;
     const unsigned long status = static_cast<std::uint32_t>(code);
     const int length = std::snprintf(nullptr, 0, format.c_str(), reason.c_str(), url.c_str(),

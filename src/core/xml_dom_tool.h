@@ -127,7 +127,7 @@ public:
                              const String& childSelection);
 
     // --- Texts ------------------------------------------------------------------------------
-    // Why the tool's document refused to load, in the form of message 103; empty without one.
+    // Why the tool's document refused to load, in the form of msgXmlParseError; empty without one.
     String parseErrorText() const;
 
 private:

@@ -10,18 +10,19 @@
 #include "core/object_types.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
+#include "platform/com/messages.h"
 
 namespace qvr {
 
 struct CellHolderRow {
     QVRObjectType owner;
-    std::uint32_t alreadyAttachedMessage;
+    Msg alreadyAttachedMessage;
 };
 
 inline constexpr CellHolderRow cellHolderTable[] = {
-    {qvrTableColumn, 119}, // "The cell is already attached to this object."
-    {qvrRefColumn, 119},
-    {qvrView, 117}, // "The drawing is already attached to this object."
+    {qvrTableColumn, msgCellAlreadyAttached},
+    {qvrRefColumn, msgCellAlreadyAttached},
+    {qvrView, msgDrawingAlreadyAttached},
 };
 
 constexpr std::uint32_t alreadyAttachedMessage(QVRObjectType owner) {

@@ -32,7 +32,7 @@ CQVRCatalogTable::CQVRCatalogTable() : RootObject(EventSide::Table), cachedKey_(
 // --- Hooks -------------------------------------------------------------------------------------
 
 HRESULT CQVRCatalogTable::notInitialized() const {
-    return report(110);
+    return report(msgTableNotInitialized);
 }
 
 HRESULT CQVRCatalogTable::requireDocument() const {
@@ -78,12 +78,14 @@ HRESULT CQVRCatalogTable::insertBefore(IQVRCatalogObject* newChild, const Varian
         // The rows of the cells the column brings along. They stay if a later step fails.
         if (type != qvrConstView) {
             Ref<IQVRCatalogObjectList> cells;
-            if (FAILED(hr = newChild->get_childNodes(&cells))) return report(110, hr);
+            if (FAILED(hr = newChild->get_childNodes(&cells)))
+                return report(msgTableNotInitialized, hr);
             CXMLDOMTool tool(element_);
             for (std::int32_t i = 1; cells && hr == S_OK; ++i) {
                 Ref<IQVRCatalogObject> cell;
                 if (cells->getItem(i, &cell) != S_OK) break;
-                if (FAILED(hr = tool.addRowForCell(self(), cell))) return report(110, hr);
+                if (FAILED(hr = tool.addRowForCell(self(), cell)))
+                    return report(msgTableNotInitialized, hr);
             }
         }
         if (!element_) return notInitialized();
@@ -95,7 +97,7 @@ HRESULT CQVRCatalogTable::insertBefore(IQVRCatalogObject* newChild, const Varian
             if (inserted) *inserted = std::move(child);
             return S_OK;
         }
-        return hr == QVR_E_DUPLICATE ? report(134) : hr;
+        return hr == QVR_E_DUPLICATE ? report(msgDuplicateId) : hr;
     });
 }
 
@@ -106,18 +108,19 @@ HRESULT CQVRCatalogTable::removeChild(IQVRCatalogObject* child, Ref<IQVRCatalogO
         Ref<IQVRCatalogObject> held(child);
         QVRObjectType type;
         HRESULT hr = child->get_objectType(&type);
-        if (FAILED(hr)) return report(110, hr);
+        if (FAILED(hr)) return report(msgTableNotInitialized, hr);
         // Each cell lets go of its row first; a row goes with its last cell.
         CXMLDOMTool tool(element_);
         if (type != qvrConstView) {
             Ref<IQVRCatalogObjectList> cells;
-            if (FAILED(hr = child->get_childNodes(&cells))) return report(110, hr);
+            if (FAILED(hr = child->get_childNodes(&cells)))
+                return report(msgTableNotInitialized, hr);
             for (std::int32_t i = 1; cells; ++i) {
                 Ref<IQVRCatalogObject> item;
                 if (cells->getItem(i, &item) != S_OK) break;
                 Ref<IQVRTableCellObject> cell = query<IQVRTableCellObject>(item);
                 if (FAILED(hr = cell ? tool.removeRowForCell(cell) : E_NOINTERFACE))
-                    return report(110, hr);
+                    return report(msgTableNotInitialized, hr);
             }
         }
         if ((hr = tool.removeChildObject(self(), child, removed)) == S_OK)
@@ -160,10 +163,10 @@ HRESULT CQVRCatalogTable::columnFromVariant(const Variant& key, Ref<IQVRCatalogO
     case VT_I2:
     case VT_I4: {
         const std::int32_t index = key.vt() == VT_I2 ? key.i2() : key.i4();
-        if (index < 1) return report(111);
+        if (index < 1) return report(msgIndexZero);
         Ref<IXMLDOMNodeList> columns;
         if (FAILED(element_->selectNodes(classInfo().container->childSelection, &columns)))
-            return report(138);
+            return report(msgIndexOutOfRange);
         Ref<IXMLDOMNode> node;
         if (columns->get_item(index - 1, &node) != S_OK) return S_OK; // none there
         return CXMLDOMTool(node).createObject(self(), self(), column);
@@ -172,7 +175,7 @@ HRESULT CQVRCatalogTable::columnFromVariant(const Variant& key, Ref<IQVRCatalogO
         // The attribute is spelled "Id" here, and so matches no column of the model.
         Ref<IXMLDOMNode> node;
         if (selectOneWithValue(element_, "*[@Id = '", key.str(), "']", &node) != S_OK)
-            return report(135, QVR_E_NOTFOUND);
+            return report(msgIdNotFound, QVR_E_NOTFOUND);
         if ((hr = CXMLDOMTool(node).createObject(self(), self(), column)) != S_OK) return hr;
         break;
     }
@@ -195,7 +198,7 @@ HRESULT CQVRCatalogTable::freezeCalculatedColumns(VARIANT_BOOL* ok) {
     return guarded([&] {
         if (!ok) return E_POINTER;
         *ok = VARIANT_FALSE;
-        if (!element_) return report(116);
+        if (!element_) return report(msgObjectNotInitialized);
         return ColumnFreezer::freezeAll(this, element_, ok);
     });
 }
@@ -299,14 +302,14 @@ HRESULT CQVRCatalogTable::checkLoaded(HRESULT loadStatus) {
         return reportParseFailure(loadStatus);
     }
     // A foreign root stays the element: every operation then works on the foreign tree.
-    return checkRootTag("vCATTable", 146, QVR_E_NOTTABLE, &element_);
+    return checkRootTag("vCATTable", msgNotTableFile, QVR_E_NOTTABLE, &element_);
 }
 
 HRESULT CQVRCatalogTable::load(const Variant& url, std::int32_t, VARIANT_BOOL* ok) {
     return guarded([&] {
         if (!ok) return E_POINTER;
         *ok = VARIANT_FALSE;
-        HRESULT hr = ensureDocument(110);
+        HRESULT hr = ensureDocument(msgTableNotInitialized);
         if (hr != S_OK) return hr;
         document_->put_async(VARIANT_FALSE);
         if ((hr = checkLoaded(document_->load(url, ok))) != S_OK) return hr;
@@ -319,7 +322,7 @@ HRESULT CQVRCatalogTable::loadXML(const String& xml, const String& key, std::int
                                   VARIANT_BOOL* ok) {
     return guarded([&] {
         // As in the catalog, the document is readied before the out pointer is looked at.
-        HRESULT hr = ensureDocument(110);
+        HRESULT hr = ensureDocument(msgTableNotInitialized);
         if (hr != S_OK) return hr;
         if (!ok) return E_POINTER;
         *ok = VARIANT_FALSE;

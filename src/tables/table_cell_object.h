@@ -30,7 +30,7 @@ public:
             if (!this->initialized()) return this->notInitialized();
             Ref<IXMLDOMElement> found;
             HRESULT hr = CXMLDOMTool(this->element()).findRowByValue(row, &found);
-            if (hr != S_OK) return this->report(137, hr);
+            if (hr != S_OK) return this->report(msgRowIdNotFound, hr);
             String id;
             if (FAILED(hr = found->getAttribute("id", &id))) return hr;
             return put_idref(id);

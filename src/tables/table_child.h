@@ -44,7 +44,7 @@ public:
             // Unique among the parent's children; the child's own present id passes.
             HRESULT hr = CXMLDOMTool::fromCookie(this->parentCookie())
                              .checkUniqueAttribute(this->element(), "id", id);
-            if (hr != S_OK) return this->report(134);
+            if (hr != S_OK) return this->report(msgDuplicateId);
             if ((hr = this->element()->setAttribute("id", id)) == S_OK) this->fireChanged();
             return hr;
         });
@@ -55,7 +55,7 @@ public:
         return guarded([&] {
             if (!extrinsics) return E_POINTER;
             *extrinsics = nullptr;
-            if (!this->initialized()) return this->report(110);
+            if (!this->initialized()) return this->report(msgTableNotInitialized);
             return accessors::wrapSelected(this->element(), "Extrinsics", this->self(),
                                            this->self(), extrinsics);
         });

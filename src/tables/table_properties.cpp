@@ -99,7 +99,7 @@ HRESULT CQVRCatalogTable::putref_extrinsics(IQVRCatalogObject* extrinsics) {
         if (!element_) return notInitialized();
         Ref<IXMLDOMNode> present;
         HRESULT hr = element_->selectSingleNode("Extrinsics", &present);
-        if (FAILED(hr)) return report(110, hr);
+        if (FAILED(hr)) return report(msgTableNotInitialized, hr);
         CXMLDOMTool tool(element_);
         Ref<IQVRCatalogObject> placed;
         if (present && extrinsics)
@@ -109,7 +109,7 @@ HRESULT CQVRCatalogTable::putref_extrinsics(IQVRCatalogObject* extrinsics) {
         else if (extrinsics) // right behind the unique column, or first without one
             hr = tool.insertSingletonAfterDirect(self(), self(), "ColumnUnique", extrinsics,
                                                  &placed);
-        if (FAILED(hr)) return report(110, hr);
+        if (FAILED(hr)) return report(msgTableNotInitialized, hr);
         fire(qvrEventObjectChanged, self(), Variant());
         return S_OK;
     });
@@ -118,7 +118,7 @@ HRESULT CQVRCatalogTable::putref_extrinsics(IQVRCatalogObject* extrinsics) {
 HRESULT CQVRCatalogTable::get_footNote(String* footNote) {
     return guarded([&] {
         if (!footNote) return E_POINTER;
-        if (!element_) return report(116);
+        if (!element_) return report(msgObjectNotInitialized);
         Ref<IXMLDOMNode> node;
         HRESULT hr = element_->selectSingleNode("FootNote", &node);
         if (hr != S_OK) return hr;
@@ -130,7 +130,7 @@ HRESULT CQVRCatalogTable::get_footNote(String* footNote) {
 
 HRESULT CQVRCatalogTable::put_footNote(const String& footNote) {
     return guarded([&] {
-        if (!element_) return report(116);
+        if (!element_) return report(msgObjectNotInitialized);
         Ref<IXMLDOMNode> node;
         HRESULT hr = element_->selectSingleNode("FootNote", &node);
         if (FAILED(hr)) return hr;

@@ -69,7 +69,7 @@ HRESULT CQVRTableUniqueColumn::moveRows(const Variant& from, const Variant& to) 
         if (hr != S_OK) return hr;
         if (!initialized()) {
             // Told, and yet no failure: the call answers as it stood.
-            report(116, 0);
+            report(msgObjectNotInitialized, 0);
             return hr;
         }
         return index_moves::moveAll(
