@@ -11,7 +11,7 @@
 //
 // and one line in the factory's tag table (server/tag_table.cpp). A class whose common
 // operation departs from the tables overrides it (Chapter's cloneNode, Part's removeChild).
-// Family F classes override keyFromOwnOperation.
+// Classes whose key family is OwnOperation override keyFromOwnOperation.
 #pragma once
 
 #include <qvr/object.h>

@@ -9,7 +9,7 @@ namespace qvr {
 namespace {
 
 bool keepsOwnKeyText(KeyFamily family) {
-    return family == KeyFamily::D || family == KeyFamily::E;
+    return family == KeyFamily::WrapperGuid || family == KeyFamily::AttributeElseGuid;
 }
 
 } // namespace
@@ -105,14 +105,14 @@ HRESULT ObjectFrame::baseGetKey(String* key) noexcept {
         if (!initialized()) return notInitialized();
         const ObjectTypeRow& row = classInfo().type;
         switch (row.key) {
-        case KeyFamily::A: {
+        case KeyFamily::Attribute: {
             String value;
             HRESULT hr = element_->getAttribute(row.keyAttribute, &value);
             if (hr == S_OK) *key = std::move(value);
             return hr;
         }
-        case KeyFamily::D: *key = cachedKey_; return S_OK;
-        case KeyFamily::E: {
+        case KeyFamily::WrapperGuid: *key = cachedKey_; return S_OK;
+        case KeyFamily::AttributeElseGuid: {
             Ref<IXMLDOMNode> attribute;
             HRESULT hr = element_->selectSingleNode(String("@") + row.keyAttribute, &attribute);
             if (hr == S_FALSE) {
@@ -125,9 +125,9 @@ HRESULT ObjectFrame::baseGetKey(String* key) noexcept {
             if (hr == S_OK) *key = std::move(value);
             return hr;
         }
-        case KeyFamily::F: return keyFromOwnOperation(key);
-        case KeyFamily::G: return keyOfRow(key);
-        case KeyFamily::H: return element_->get_text(key);
+        case KeyFamily::OwnOperation: return keyFromOwnOperation(key);
+        case KeyFamily::RowKeyOfIdref: return keyOfRow(key);
+        case KeyFamily::OwnText: return element_->get_text(key);
         case KeyFamily::Own: break;
         }
         return E_NOTIMPL;

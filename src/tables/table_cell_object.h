@@ -1,6 +1,7 @@
 // What the cells share (values of plain columns, drawings of views, links of reference columns):
 // the `idref` that names their row, and the move to another row by its key. A cell is a leaf.
-// Its key (family G) is the key text of its row, or until it has one, the key it was made with.
+// Its key (KeyFamily::RowKeyOfIdref) is the key text of its row, or until it has one, the key it
+// was made with.
 #pragma once
 
 #include <qvr/table_cells.h>
