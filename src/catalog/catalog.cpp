@@ -2,6 +2,7 @@
 
 #include "content/chapter.h"
 #include "content/part.h"
+#include "core/child_tool.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
@@ -45,11 +46,10 @@ HRESULT CQVRCatalog::catalogObject(Ref<IQVRCatalogObject>* catalog) {
     return S_OK;
 }
 
-HRESULT CQVRCatalog::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
-                                 const Variant& position, Ref<IQVRCatalogObject>* inserted,
-                                 const ContainerRow& row) {
-    return tool.insertChildObjectDirect(self(), self(), child, position, inserted, row.keyAttribute,
-                                        row.childSelection);
+HRESULT CQVRCatalog::insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
+                                 Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) {
+    return tool.insertChildObject(self(), self(), child, position, inserted, row.keyAttribute,
+                                  row.childSelection);
 }
 
 void CQVRCatalog::fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) {
@@ -342,7 +342,7 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
         }
         Ref<IXMLDOMNode> node;
         if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
-        return CXMLDOMTool(node).createObject(self(), self(), object);
+        return createObjectOf(node, self(), self(), object);
     });
 }
 

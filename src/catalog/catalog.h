@@ -26,7 +26,7 @@ public:
     HRESULT notInitialized() const override;
     HRESULT workElement(Ref<IXMLDOMElement>* element) override;
     HRESULT catalogObject(Ref<IQVRCatalogObject>* catalog) override;
-    HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child, const Variant& position,
+    HRESULT insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
                         Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) override;
     void fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) override;
 

@@ -46,6 +46,12 @@ HRESULT createNewWrapper(IXMLDOMDocument* document, IQVRCatalogObject* catalog,
     });
 }
 
+// The object of `node`'s element, the class chosen by its tag, with `catalog` and `parent` as
+// its links; setting the parent is heard nowhere. E_FAIL for a null node or a tag of no class
+// (and then no object).
+HRESULT createObjectOf(IXMLDOMNode* node, IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                       Ref<IQVRCatalogObject>* object);
+
 // The creator of the class whose tag is `tag`, compared exactly; null for a tag of no class
 // (also for a class not built yet). Defined with the tag table.
 Creator creatorOfTag(std::string_view tag);

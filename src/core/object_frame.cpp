@@ -1,8 +1,10 @@
 #include "core/object_frame.h"
 
+#include "core/child_tool.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
-#include "core/xml_dom_tool.h"
+#include "core/object_factory.h"
+#include "core/row_tool.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
@@ -59,11 +61,10 @@ HRESULT ObjectFrame::catalogObject(Ref<IQVRCatalogObject>* catalog) {
     return catalog_.get(catalog, E_FAIL);
 }
 
-HRESULT ObjectFrame::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
-                                 const Variant& position, Ref<IQVRCatalogObject>* inserted,
-                                 const ContainerRow& row) {
-    return tool.insertChildObject(catalog_.cookie(), self(), child, position, inserted,
-                                  row.keyAttribute, row.childSelection);
+HRESULT ObjectFrame::insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
+                                 Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) {
+    return tool.insertChildObject(catalogRef(), self(), child, position, inserted, row.keyAttribute,
+                                  row.childSelection);
 }
 
 void ObjectFrame::fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) {
@@ -90,7 +91,7 @@ HRESULT ObjectFrame::keyOfRow(String* key) {
         return S_OK;
     }
     Ref<IXMLDOMElement> row;
-    hr = CXMLDOMTool(element_).findRowById(idref, &row);
+    hr = RowTool(element_).findRowById(idref, &row);
     if (hr == S_OK) return row->get_text(key);
     if (hr == S_FALSE) {
         *key = cachedKey_;
@@ -148,7 +149,7 @@ HRESULT ObjectFrame::cloneElement(VARIANT_BOOL deep, const char* idAttribute,
         hr = element->setAttribute(idAttribute, newGuidId());
         if (hr != S_OK) return hr;
     }
-    return CXMLDOMTool(copy).createObject(catalogRef(), nullptr, clone);
+    return createObjectOf(copy, catalogRef(), nullptr, clone);
 }
 
 HRESULT ObjectFrame::baseCloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* clone) noexcept {

@@ -5,7 +5,7 @@
 #include <qvr/content.h>
 #include <qvr/table.h>
 
-#include "core/xml_dom_tool.h"
+#include "core/row_tool.h"
 #include "formulas/document_columns.h"
 #include "formulas/formula_evaluator.h"
 
@@ -116,7 +116,7 @@ HRESULT Column::calculate(const Variant& row, Variant* result) {
 }
 
 HRESULT Column::findRow(const Variant& row, Ref<IXMLDOMElement>* found) {
-    CXMLDOMTool tool(element());
+    RowTool tool(element());
     HRESULT hr;
     if (row.vt() == VT_BSTR) {
         // A text is the row's key, whatever it looks like: "0" names the row whose key is "0".

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "core/object_factory.h"
+#include "core/row_tool.h"
 #include "core/value_selection.h"
 
 namespace qvr {
@@ -42,7 +44,7 @@ HRESULT CQVRTableInfoCell::put_row(const String& row) {
         if (FAILED(hr)) return hr;
         if (key == row) return S_OK; // unchanged: nothing to tell
         Ref<IXMLDOMElement> taken;
-        hr = CXMLDOMTool(element()).findRowByValue(row, &taken);
+        hr = RowTool(element()).findRowByValue(row, &taken);
         if (hr != S_FALSE)
             return report(msgDuplicateId, QVR_E_DUPLICATE); // in use, or the lookup failed
         if ((hr = element()->put_text(row)) == S_OK) fireChanged();
@@ -80,8 +82,7 @@ HRESULT CQVRTableInfoCell::getCell(IQVRCatalogObject* column, Ref<IQVRTableCellO
                                      "']", &found)) != S_OK)
             return hr;
         Ref<IQVRCatalogObject> object;
-        if ((hr = CXMLDOMTool(found).createObject(catalogRef(), column, &object)) != S_OK)
-            return hr;
+        if ((hr = createObjectOf(found, catalogRef(), column, &object)) != S_OK) return hr;
         *cell = query<IQVRTableCellObject>(object);
         return *cell ? S_OK : E_NOINTERFACE;
     });

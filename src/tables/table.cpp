@@ -1,9 +1,11 @@
 #include "tables/table.h"
 
+#include "core/child_tool.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
+#include "core/object_factory.h"
+#include "core/row_tool.h"
 #include "core/value_selection.h"
-#include "core/xml_dom_tool.h"
 #include "formulas/column_freezer.h"
 #include "platform/com/failure.h"
 #include "tables/index_moves.h"
@@ -49,11 +51,11 @@ HRESULT CQVRCatalogTable::catalogObject(Ref<IQVRCatalogObject>* catalog) {
     return S_OK;
 }
 
-HRESULT CQVRCatalogTable::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
+HRESULT CQVRCatalogTable::insertChild(ChildTool& tool, IQVRCatalogObject* child,
                                       const Variant& position, Ref<IQVRCatalogObject>* inserted,
                                       const ContainerRow& row) {
-    return tool.insertChildObjectDirect(self(), self(), child, position, inserted, row.keyAttribute,
-                                        row.childSelection);
+    return tool.insertChildObject(self(), self(), child, position, inserted, row.keyAttribute,
+                                  row.childSelection);
 }
 
 void CQVRCatalogTable::fire(std::int32_t event, IQVRCatalogObject* subject,
@@ -80,7 +82,7 @@ HRESULT CQVRCatalogTable::insertBefore(IQVRCatalogObject* newChild, const Varian
             Ref<IQVRCatalogObjectList> cells;
             if (FAILED(hr = newChild->get_childNodes(&cells)))
                 return report(msgTableNotInitialized, hr);
-            CXMLDOMTool tool(element_);
+            RowTool tool(element_);
             for (std::int32_t i = 1; cells && hr == S_OK; ++i) {
                 Ref<IQVRCatalogObject> cell;
                 if (cells->getItem(i, &cell) != S_OK) break;
@@ -89,7 +91,7 @@ HRESULT CQVRCatalogTable::insertBefore(IQVRCatalogObject* newChild, const Varian
             }
         }
         if (!element_) return notInitialized();
-        CXMLDOMTool tool(element_);
+        ChildTool tool(element_);
         Ref<IQVRCatalogObject> child;
         hr = insertChild(tool, newChild, position, &child, row);
         if (hr == S_OK) {
@@ -110,8 +112,8 @@ HRESULT CQVRCatalogTable::removeChild(IQVRCatalogObject* child, Ref<IQVRCatalogO
         HRESULT hr = child->get_objectType(&type);
         if (FAILED(hr)) return report(msgTableNotInitialized, hr);
         // Each cell lets go of its row first; a row goes with its last cell.
-        CXMLDOMTool tool(element_);
         if (type != qvrConstView) {
+            RowTool rows(element_);
             Ref<IQVRCatalogObjectList> cells;
             if (FAILED(hr = child->get_childNodes(&cells)))
                 return report(msgTableNotInitialized, hr);
@@ -119,11 +121,11 @@ HRESULT CQVRCatalogTable::removeChild(IQVRCatalogObject* child, Ref<IQVRCatalogO
                 Ref<IQVRCatalogObject> item;
                 if (cells->getItem(i, &item) != S_OK) break;
                 Ref<IQVRTableCellObject> cell = query<IQVRTableCellObject>(item);
-                if (FAILED(hr = cell ? tool.removeRowForCell(cell) : E_NOINTERFACE))
+                if (FAILED(hr = cell ? rows.removeRowForCell(cell) : E_NOINTERFACE))
                     return report(msgTableNotInitialized, hr);
             }
         }
-        if ((hr = tool.removeChildObject(self(), child, removed)) == S_OK)
+        if ((hr = ChildTool(element_).removeChildObject(self(), child, removed)) == S_OK)
             fire(qvrEventObjectRemoved, child, Variant());
         return hr;
     });
@@ -145,7 +147,7 @@ HRESULT CQVRCatalogTable::moveColumn(std::int32_t from, std::int32_t to) {
     HRESULT hr = columnFromVariant(Variant(from), &column);
     if (hr != S_OK) return hr;
     // A place behind the last column finds no column, and its removal answers E_POINTER.
-    CXMLDOMTool tool(element_);
+    ChildTool tool(element_);
     if ((hr = tool.removeChildObject(self(), column, nullptr)) != S_OK) return hr;
     fire(qvrEventObjectRemoved, column, Variant());
     const Variant place(index_moves::insertionPlace(from, to));
@@ -169,14 +171,14 @@ HRESULT CQVRCatalogTable::columnFromVariant(const Variant& key, Ref<IQVRCatalogO
             return report(msgIndexOutOfRange);
         Ref<IXMLDOMNode> node;
         if (columns->get_item(index - 1, &node) != S_OK) return S_OK; // none there
-        return CXMLDOMTool(node).createObject(self(), self(), column);
+        return createObjectOf(node, self(), self(), column);
     }
     case VT_BSTR: {
         // The attribute is spelled "Id" here, and so matches no column of the model.
         Ref<IXMLDOMNode> node;
         if (selectOneWithValue(element_, "*[@Id = '", key.str(), "']", &node) != S_OK)
             return report(msgIdNotFound, QVR_E_NOTFOUND);
-        if ((hr = CXMLDOMTool(node).createObject(self(), self(), column)) != S_OK) return hr;
+        if ((hr = createObjectOf(node, self(), self(), column)) != S_OK) return hr;
         break;
     }
     case VT_DISPATCH:

@@ -7,7 +7,7 @@
 #include <qvr/table_cells.h>
 
 #include "core/catalog_object.h"
-#include "core/xml_dom_tool.h"
+#include "core/row_tool.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
@@ -30,7 +30,7 @@ public:
             if (row.isEmpty()) return E_INVALIDARG;
             if (!this->initialized()) return this->notInitialized();
             Ref<IXMLDOMElement> found;
-            HRESULT hr = CXMLDOMTool(this->element()).findRowByValue(row, &found);
+            HRESULT hr = RowTool(this->element()).findRowByValue(row, &found);
             if (hr != S_OK) return this->report(msgRowIdNotFound, hr);
             String id;
             if (FAILED(hr = found->getAttribute("id", &id))) return hr;

@@ -1,7 +1,7 @@
 // The table root's own attributes and single children: address, base, language, description,
 // fix column, version, foot note, extrinsics, and the unique column.
 #include "core/accessors.h"
-#include "core/xml_dom_tool.h"
+#include "core/singleton_tool.h"
 #include "platform/com/failure.h"
 #include "platform/url/url.h"
 #include "tables/table.h"
@@ -100,15 +100,14 @@ HRESULT CQVRCatalogTable::putref_extrinsics(IQVRCatalogObject* extrinsics) {
         Ref<IXMLDOMNode> present;
         HRESULT hr = element_->selectSingleNode("Extrinsics", &present);
         if (FAILED(hr)) return report(msgTableNotInitialized, hr);
-        CXMLDOMTool tool(element_);
+        SingletonTool tool(element_);
         Ref<IQVRCatalogObject> placed;
         if (present && extrinsics)
-            hr = tool.replaceSingletonDirect(self(), self(), "Extrinsics", extrinsics, &placed);
+            hr = tool.replaceSingleton(self(), self(), "Extrinsics", extrinsics, &placed);
         else if (present)
             hr = tool.removeNode(present);
         else if (extrinsics) // right behind the unique column, or first without one
-            hr = tool.insertSingletonAfterDirect(self(), self(), "ColumnUnique", extrinsics,
-                                                 &placed);
+            hr = tool.insertSingletonAfter(self(), self(), "ColumnUnique", extrinsics, &placed);
         if (FAILED(hr)) return report(msgTableNotInitialized, hr);
         fire(qvrEventObjectChanged, self(), Variant());
         return S_OK;
