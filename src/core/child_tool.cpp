@@ -1,5 +1,7 @@
 #include "core/child_tool.h"
 
+#include "core/node_import.h"
+
 #include <string>
 
 #include "core/object_factory.h"
@@ -16,17 +18,16 @@ HRESULT ChildTool::insertChildObject(IQVRCatalogObject* catalog, IQVRCatalogObje
     if (!inserted) return E_POINTER;
     *inserted = nullptr;
     if (!node_) return E_FAIL;
-    Ref<IXMLDOMElement> node;
-    HRESULT hr = newChild->get_domNode(&node);
+    // The caller's object itself goes in; one from another process, as a copy in a new wrapper.
+    NewChild child;
+    HRESULT hr = child.prepare(newChild);
     if (FAILED(hr)) return hr;
-    if ((hr = checkUniqueAttribute(node, keyAttribute, String())) != S_OK) return hr;
+    if ((hr = checkUniqueAttribute(child.element(), keyAttribute, String())) != S_OK) return hr;
     Ref<IXMLDOMNode> reference;
     if ((hr = resolveInsertPosition(position, keyAttribute, childSelection, &reference)) != S_OK)
         return hr;
-    if (FAILED(hr = node_->insertBefore(node, reference, nullptr))) return hr;
-    linkChild(newChild, catalog, parent);
-    *inserted = newChild; // the caller's object itself: insertion makes no new wrapper
-    return S_OK;
+    if (FAILED(hr = node_->insertBefore(child.element(), reference, nullptr))) return hr;
+    return child.link(catalog, parent, inserted);
 }
 
 HRESULT ChildTool::removeChildObject(IQVRCatalogObject* catalog, IQVRCatalogObject* child,

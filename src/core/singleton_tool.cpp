@@ -1,5 +1,7 @@
 #include "core/singleton_tool.h"
 
+#include "core/node_import.h"
+
 #include "core/object_factory.h"
 
 namespace qvr {
@@ -11,21 +13,19 @@ HRESULT SingletonTool::replaceSingleton(IQVRCatalogObject* catalog, IQVRCatalogO
     if (!newChild || !oldChild) return E_POINTER;
     *oldChild = nullptr;
     if (!node_) return E_FAIL;
-    Ref<IXMLDOMElement> node;
+    NewChild child;
     Ref<IXMLDOMNode> old;
-    HRESULT hr = newChild->get_domNode(&node);
+    HRESULT hr = child.prepare(newChild);
     if (FAILED(hr)) return hr;
     if ((hr = node_->selectSingleNode(xpath, &old)) != S_OK) return hr;
-    if (FAILED(hr = node_->replaceChild(node, old, nullptr))) return hr;
+    if (FAILED(hr = node_->replaceChild(child.element(), old, nullptr))) return hr;
     if ((hr = createObjectOf(old, catalog, parent, oldChild)) != S_OK) return hr;
     // The newcomer takes the old child's place and its parent link; the old child leaves
     // without parent. The model clears a parent link nowhere else.
     Ref<IQVRCatalogObject> oldParent;
     (*oldChild)->get_parentNode(&oldParent);
-    newChild->putref_parentNode(oldParent);
-    newChild->putref_catalog(catalog);
     (*oldChild)->putref_parentNode(nullptr);
-    return S_OK;
+    return child.link(catalog, oldParent, nullptr);
 }
 
 HRESULT SingletonTool::insertSingletonAfter(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
@@ -47,19 +47,17 @@ HRESULT SingletonTool::placeSingleton(IQVRCatalogObject* catalog, IQVRCatalogObj
     if (!parent || !newChild || !inserted) return E_POINTER;
     *inserted = nullptr;
     if (!node_) return E_FAIL;
-    Ref<IXMLDOMElement> node;
+    NewChild child;
     Ref<IXMLDOMNode> found, reference;
-    HRESULT hr = newChild->get_domNode(&node);
+    HRESULT hr = child.prepare(newChild);
     if (FAILED(hr)) return hr;
     // Behind the predecessor (which may be last: append), or first when there is none.
     if (predecessor && node_->selectSingleNode(*predecessor, &found) == S_OK)
         found->get_nextSibling(&reference);
     else
         node_->get_firstChild(&reference);
-    if (FAILED(hr = node_->insertBefore(node, reference, nullptr))) return hr;
-    linkChild(newChild, catalog, parent);
-    *inserted = newChild;
-    return S_OK;
+    if (FAILED(hr = node_->insertBefore(child.element(), reference, nullptr))) return hr;
+    return child.link(catalog, parent, inserted);
 }
 
 } // namespace qvr

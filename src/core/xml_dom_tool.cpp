@@ -14,12 +14,6 @@ CXMLDOMTool::CXMLDOMTool(IXMLDOMNode* node) : node_(node) {
         ownerDocument_ = query<IXMLDOMDocument>(node);
 }
 
-void CXMLDOMTool::linkChild(IQVRCatalogObject* child, IQVRCatalogObject* catalog,
-                            IQVRCatalogObject* parent) {
-    child->putref_catalog(catalog);
-    child->putref_parentNode(parent);
-}
-
 // --- Plain elements ---------------------------------------------------------------------------
 
 HRESULT CXMLDOMTool::appendNewElement(const String& tag, Ref<IXMLDOMElement>* element) {

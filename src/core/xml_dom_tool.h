@@ -44,11 +44,6 @@ public:
     String parseErrorText() const;
 
 protected:
-    // Links a child that has just been placed: its catalog, and its parent. Their statuses are of
-    // no consequence to the insertion, which has happened.
-    static void linkChild(IQVRCatalogObject* child, IQVRCatalogObject* catalog,
-                          IQVRCatalogObject* parent);
-
     Ref<IXMLDOMDocument> ownerDocument_;
     Ref<IXMLDOMNode> node_;
 };
