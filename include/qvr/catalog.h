@@ -171,6 +171,11 @@ public:
     // with the catalog as its parent whatever its true parent is. Shorter than 35 characters:
     // E_INVALIDARG unsearched. The catalog's own id matches in any case, others exactly.
     virtual HRESULT findById(const String& id, Ref<IQVRCatalogObject>* object) = 0;
+    // The object that a data object (qvr/transfer.h) hands over: the object itself when it comes
+    // from this process, else a copy of it from the other one that goes into this catalog by
+    // insertBefore or appendChild, its tables with it.
+    virtual HRESULT objectFromDataObject(IDataObject* dataObject,
+                                         Ref<IQVRCatalogObject>* object) = 0;
     // Adds a sink; the catalog holds it until unadvise.
     virtual HRESULT advise(IQVRCatalogEvents* sink, std::uint32_t* cookie) = 0;
     virtual HRESULT unadvise(std::uint32_t cookie) = 0;

@@ -13,6 +13,7 @@
 #include <qvr/object.h>
 #include <qvr/object_list.h>
 #include <qvr/order.h>
+#include <qvr/server.h>
 #include <qvr/stream.h>
 #include <qvr/string.h>
 #include <qvr/supplier.h>
@@ -20,4 +21,5 @@
 #include <qvr/table_cache.h>
 #include <qvr/table_cells.h>
 #include <qvr/table_columns.h>
+#include <qvr/transfer.h>
 #include <qvr/variant.h>

@@ -160,6 +160,7 @@ public:
     HRESULT createExtrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) override;
     HRESULT createExtrinsic(const String& name, Ref<IQVRCatalogExtrinsic>* extrinsic) override;
     HRESULT findById(const String& id, Ref<IQVRCatalogObject>* object) override;
+    HRESULT objectFromDataObject(IDataObject* dataObject, Ref<IQVRCatalogObject>* object) override;
 
 private:
     // The root's Desc, selected on the document.

@@ -1,6 +1,9 @@
 // What the catalog holds and makes: the singletons of its root, the element factories and the
 // lookup by id.
 #include "catalog/catalog.h"
+
+#include <qvr/transfer.h>
+
 #include "content/chapter.h"
 #include "content/classification.h"
 #include "content/contact.h"
@@ -405,6 +408,30 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
         Ref<IXMLDOMNode> node;
         if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
         return createObjectOf(node, self(), self(), object);
+    });
+}
+
+// --- Objects handed over -----------------------------------------------------------------------
+
+HRESULT CQVRCatalog::objectFromDataObject(IDataObject* dataObject, Ref<IQVRCatalogObject>* object) {
+    return guarded([&] {
+        if (!dataObject) return E_INVALIDARG;
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        FORMATETC format;
+        format.cfFormat = RegisterClipboardFormat("CF_QVRLOCALPROXY");
+        format.tymed = TYMED_ISTREAM;
+        STGMEDIUM medium;
+        HRESULT hr = dataObject->GetData(&format, &medium);
+        if (FAILED(hr)) return hr;
+        // A rendering that failed leaves the medium empty: there is nothing to read then.
+        Ref<IUnknown> unmarshalled;
+        hr = medium.pstm ? CoUnmarshalInterface(medium.pstm, IQVRCatalogObject::iid, &unmarshalled)
+                         : E_FAIL;
+        ReleaseStgMedium(&medium);
+        if (hr != S_OK) return hr;
+        *object = query<IQVRCatalogObject>(unmarshalled);
+        return *object ? S_OK : E_NOINTERFACE;
     });
 }
 

@@ -1,6 +1,9 @@
 #include "core/object_core.h"
 
+#include <qvr/transfer.h>
+
 #include "core/child_tool.h"
+#include "core/object_factory.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
@@ -165,8 +168,11 @@ HRESULT ObjectCore::baseDomNode(Ref<IXMLDOMElement>* node) noexcept {
 }
 
 HRESULT ObjectCore::baseDataObject(Ref<IDataObject>* dataObject) noexcept {
-    // The transfer object arrives with the transfer formats.
-    return dataObject ? E_NOTIMPL : E_POINTER;
+    return guarded([&] {
+        if (!dataObject) return E_POINTER;
+        *dataObject = nullptr;
+        return createDataObject(self(), dataObject);
+    });
 }
 
 HRESULT ObjectCore::baseReferencedFiles(VARIANT_BOOL, Ref<IQVRCatalogObjectList>* files) noexcept {

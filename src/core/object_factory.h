@@ -56,4 +56,7 @@ HRESULT createObjectOf(IXMLDOMNode* node, IQVRCatalogObject* catalog, IQVRCatalo
 // (also for a class not built yet). Defined with the tag table.
 Creator creatorOfTag(std::string_view tag);
 
+// A new data object that offers `object` in the transfer formats. Defined with the transfer.
+HRESULT createDataObject(IQVRCatalogObject* object, Ref<IDataObject>* dataObject);
+
 } // namespace qvr
