@@ -122,12 +122,18 @@ HRESULT NewChild::prepare(IQVRCatalogObject* child) {
     return S_OK;
 }
 
+void NewChild::linkGiven(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                         Ref<IQVRCatalogObject>* inserted) {
+    // Their statuses are of no consequence to the insertion, which has happened.
+    child_->putref_catalog(catalog);
+    child_->putref_parentNode(parent);
+    if (inserted) *inserted = child_;
+}
+
 HRESULT NewChild::link(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
                        Ref<IQVRCatalogObject>* inserted) {
     if (!foreign_) {
-        child_->putref_catalog(catalog);
-        child_->putref_parentNode(parent);
-        if (inserted) *inserted = child_;
+        linkGiven(catalog, parent, inserted);
         return S_OK;
     }
     Ref<IQVRCatalogObject> wrapper;

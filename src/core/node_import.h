@@ -42,10 +42,14 @@ public:
     HRESULT prepare(IQVRCatalogObject* child);
     IXMLDOMElement* element() const { return element_.get(); }
     bool foreign() const { return foreign_; }
-    // After the element is placed: links the child to `catalog` and `parent`. A foreign child
+    // After a child kept by key is placed: links it to `catalog` and `parent`. A foreign child
     // stays as it was; `inserted` receives a new wrapper of the copy with its tables attached.
     HRESULT link(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
                  Ref<IQVRCatalogObject>* inserted);
+    // After a single child is placed: the object given is linked to `catalog` and `parent`, a
+    // foreign one too, though it goes on wrapping its own element.
+    void linkGiven(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                   Ref<IQVRCatalogObject>* inserted);
 
 private:
     Ref<IQVRCatalogObject> child_;

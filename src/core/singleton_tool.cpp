@@ -24,8 +24,11 @@ HRESULT SingletonTool::replaceSingleton(IQVRCatalogObject* catalog, IQVRCatalogO
     // without parent. The model clears a parent link nowhere else.
     Ref<IQVRCatalogObject> oldParent;
     (*oldChild)->get_parentNode(&oldParent);
+    // A foreign newcomer too: it goes on wrapping its own element, its links now here.
+    newChild->putref_parentNode(oldParent);
+    newChild->putref_catalog(catalog);
     (*oldChild)->putref_parentNode(nullptr);
-    return child.link(catalog, oldParent, nullptr);
+    return S_OK;
 }
 
 HRESULT SingletonTool::insertSingletonAfter(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
@@ -57,7 +60,8 @@ HRESULT SingletonTool::placeSingleton(IQVRCatalogObject* catalog, IQVRCatalogObj
     else
         node_->get_firstChild(&reference);
     if (FAILED(hr = node_->insertBefore(child.element(), reference, nullptr))) return hr;
-    return child.link(catalog, parent, inserted);
+    child.linkGiven(catalog, parent, inserted);
+    return S_OK;
 }
 
 } // namespace qvr

@@ -55,14 +55,14 @@ HRESULT makeForeignObject(const Packet& packet, Ref<IUnknown>* object) {
     if ((hr = catalog->loadXML(document, &loaded)) != S_OK) return unreadable(hr);
     // The tables that came along, open in the private catalog under their keys.
     Ref<IQVRCatalogObjectList> tables;
-    if ((hr = catalog->get_tables(&tables)) != S_OK) return hr;
+    if ((hr = catalog->get_tables(&tables)) != S_OK) return unreadable(hr);
     for (const PacketTable& entry : packet.tables) {
         Ref<IQVRCatalogTable> table;
-        if ((hr = CreateCatalogTable(&table)) != S_OK) return hr;
+        if ((hr = CreateCatalogTable(&table)) != S_OK) return unreadable(hr);
         if ((hr = table->loadXML(entry.xml, entry.key, 0, &loaded)) != S_OK) return unreadable(hr);
         if (!entry.url.isEmpty()) table->put_url(Variant(entry.url));
         VARIANT_BOOL added = VARIANT_FALSE;
-        if (FAILED(hr = tables->appendChild(table, &added))) return hr;
+        if (FAILED(hr = tables->appendChild(table, &added))) return unreadable(hr);
     }
     Ref<IXMLDOMElement> root;
     Ref<IXMLDOMNode> node;

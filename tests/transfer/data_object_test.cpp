@@ -305,6 +305,36 @@ TEST_F(Transfer, PartOfAnotherProcessArrivesWithItsTable) {
     EXPECT_EQ(rowKeys(table), "A B");
 }
 
+// A single child handed over from elsewhere goes in as a copy; the object given goes on wrapping
+// its own element, its links now in this catalog.
+TEST_F(Transfer, SingleChildOfAnotherProcessGoesInAsACopy) {
+    Ref<IQVRCatalogURL> url;
+    Ref<IQVRCatalogLink> link;
+    ASSERT_EQ(catalog->createURL("http://example.com/m8", "M8", "en", &url), S_OK);
+    ASSERT_EQ(catalog->createLink(url, &link), S_OK);
+    // The packet as another process would have written it; the link itself is let go here.
+    const Bytes written = getData(dataOf(link), localProxy);
+    EXPECT_EQ(CoReleaseMarshalData(streamOf(written)), S_OK);
+    Ref<IQVRCatalogObject> foreign;
+    ASSERT_EQ(unmarshal(withField(written, processField, 0), &foreign), S_OK) << lastError();
+    EXPECT_NE(foreign.get(), static_cast<IQVRCatalogObject*>(link.get()));
+    Listener heard(catalog);
+    ASSERT_EQ(catalog->putref_link(foreign), S_OK) << lastError();
+    EXPECT_EQ(heard.take(), "changed Fasteners");
+    Ref<IQVRCatalogLink> placed;
+    ASSERT_EQ(catalog->get_link(&placed), S_OK);
+    Ref<IXMLDOMElement> inTree, given;
+    placed->get_domNode(&inTree);
+    foreign->get_domNode(&given);
+    EXPECT_NE(inTree.get(), given.get());
+    String text;
+    inTree->get_xml(&text);
+    EXPECT_NE(text.str().find("http://example.com/m8"), std::string::npos);
+    Ref<IQVRCatalogObject> linkedTo;
+    foreign->get_catalog(&linkedTo);
+    EXPECT_EQ(linkedTo.get(), static_cast<IQVRCatalogObject*>(catalog.get()));
+}
+
 TEST(ServerModule, ClassObjectsAndUnloading) {
     ASSERT_EQ(DllCanUnloadNow(), S_OK);
     Ref<IUnknown> unknown;
