@@ -105,13 +105,6 @@ TEST(Contact, ChildrenStandInTheirOrder) {
     EXPECT_EQ(childTags(address), "Name PostalAddress Email Phone Fax");
     ASSERT_EQ(address->putref_phone(nullptr), S_OK);
     EXPECT_EQ(childTags(address), "Name PostalAddress Email Fax");
-    Ref<IQVRCatalogFax> faxAgain;
-    ASSERT_EQ(address->get_fax(&faxAgain), S_OK);
-    Ref<IQVRCatalogTelephoneNumber> number;
-    ASSERT_EQ(faxAgain->get_telephoneNumber(&number), S_OK);
-    String text;
-    ASSERT_EQ(number->get_number(&text), S_OK);
-    EXPECT_EQ(text, "101");
 
     // A phone's number is replaced, never removed.
     ASSERT_EQ(phone->putref_telephoneNumber(newNumber(catalog, "200")), S_OK);
@@ -134,12 +127,6 @@ TEST(Contact, ChildrenStandInTheirOrder) {
     EXPECT_EQ(childTags(postal), "City Country Street");
     EXPECT_EQ(postal->appendChild(phone, nullptr), E_FAIL);
     EXPECT_EQ(lastError(), "You can only append Street-Objects as a child of this object.");
-    Ref<IQVRCatalogObjectList> streets;
-    Ref<IQVRCatalogObject> street;
-    ASSERT_EQ(postal->get_childNodes(&streets), S_OK);
-    ASSERT_EQ(streets->getItem(1, &street), S_OK);
-    EXPECT_EQ(postal->removeChild(street, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
 
     // A telephone number: the country code lands ahead of Number, else Extension, else
     // AreaOrCityCode; Number ahead of Extension; an absent Extension is removed quietly.
