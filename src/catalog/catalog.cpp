@@ -1,5 +1,6 @@
 #include "catalog/catalog.h"
 
+#include "core/child_tool.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/value_selection.h"
@@ -29,7 +30,7 @@ CQVRCatalog::CQVRCatalog()
 // --- Hooks -------------------------------------------------------------------------------------
 
 HRESULT CQVRCatalog::notInitialized() const {
-    return report(102);
+    return report(msgCatalogNotInitialized);
 }
 
 HRESULT CQVRCatalog::workElement(Ref<IXMLDOMElement>* element) {
@@ -42,11 +43,10 @@ HRESULT CQVRCatalog::catalogObject(Ref<IQVRCatalogObject>* catalog) {
     return S_OK;
 }
 
-HRESULT CQVRCatalog::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
-                                 const Variant& position, Ref<IQVRCatalogObject>* inserted,
-                                 const ContainerRow& row) {
-    return tool.insertChildObjectDirect(self(), self(), child, position, inserted, row.keyAttribute,
-                                        row.childSelection);
+HRESULT CQVRCatalog::insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
+                                 Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) {
+    return tool.insertChildObject(self(), self(), child, position, inserted, row.keyAttribute,
+                                  row.childSelection);
 }
 
 void CQVRCatalog::fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) {
@@ -187,7 +187,7 @@ HRESULT CQVRCatalog::putref_host(IUnknown* host) {
 HRESULT CQVRCatalog::checkLoaded(HRESULT loadStatus) {
     if (loadStatus != S_OK) return reportParseFailure(loadStatus);
     Ref<IXMLDOMElement> root; // a foreign document stays
-    return checkRootTag("vCAT", 147, QVR_E_NOTCATALOG, &root);
+    return checkRootTag("vCAT", msgNotCatalogFile, QVR_E_NOTCATALOG, &root);
 }
 
 HRESULT CQVRCatalog::load(const Variant& source, VARIANT_BOOL* done) {
@@ -197,7 +197,7 @@ HRESULT CQVRCatalog::load(const Variant& source, VARIANT_BOOL* done) {
         // The open tables belong to the document being replaced: they go before the file is
         // looked at, so a failed load has lost them too.
         if (tables_) tables_->clear();
-        HRESULT hr = ensureDocument(102);
+        HRESULT hr = ensureDocument(msgCatalogNotInitialized);
         if (hr != S_OK) return hr;
         document_->put_async(VARIANT_FALSE);
         if ((hr = checkLoaded(document_->load(source, done))) != S_OK) return hr;
@@ -211,7 +211,7 @@ HRESULT CQVRCatalog::loadXML(const String& xml, VARIANT_BOOL* done) {
     return guarded([&] {
         // Unlike load, the document is readied before the out pointer is looked at.
         if (tables_) tables_->clear();
-        HRESULT hr = ensureDocument(102);
+        HRESULT hr = ensureDocument(msgCatalogNotInitialized);
         if (hr != S_OK) return hr;
         if (!done) return E_POINTER;
         *done = VARIANT_FALSE;
@@ -258,7 +258,7 @@ HRESULT CQVRCatalog::saveTables() {
         }
         VARIANT_BOOL saved = VARIANT_FALSE;
         if ((hr = table->save(&saved)) == S_OK) continue;
-        std::string text(messageText(145));
+        std::string text(messageText(msgTableSaveFailed));
         Variant path;
         if (table->get_url(&path) == S_OK && path.vt() == VT_BSTR) text += " " + path.str().str();
         return reportError(errorSource(), String(text), hr);

@@ -12,6 +12,7 @@
 #include "content/url.h"
 #include "core/accessors.h"
 #include "core/object_factory.h"
+#include "core/singleton_tool.h"
 #include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
@@ -44,7 +45,7 @@ HRESULT CQVRCatalog::getGroup(const char* tag, Ref<IQVRCatalogObject>* group) {
         // Whatever keeps the selection from finding one counts as none there.
         Ref<IXMLDOMNode> node;
         if (root->selectSingleNode(tag, &node) != S_OK) return S_FALSE;
-        return CXMLDOMTool(node).createObject(self(), self(), group);
+        return createObjectOf(node, self(), self(), group);
     });
 }
 
@@ -55,10 +56,10 @@ HRESULT CQVRCatalog::putGroup(const char* tag, IQVRCatalogObject* group) {
         if (hr != S_OK) return hr;
         Ref<IXMLDOMNode> present;
         if (FAILED(hr = root->selectSingleNode(tag, &present))) return hr;
-        CXMLDOMTool tool(root);
+        SingletonTool tool(root);
         Ref<IQVRCatalogObject> placed;
         if (present && group) {
-            hr = tool.replaceSingletonDirect(self(), self(), tag, group, &placed);
+            hr = tool.replaceSingleton(self(), self(), tag, group, &placed);
         } else if (present) {
             hr = tool.removeNode(present);
         } else if (group) {
@@ -66,7 +67,7 @@ HRESULT CQVRCatalog::putGroup(const char* tag, IQVRCatalogObject* group) {
             // without it the group goes first.
             const char* after = accessors::lastPresentChild(root, namesBefore(rootGroupOrder, tag),
                                                             rootGroupOrder[0]);
-            hr = tool.insertSingletonAfterDirect(self(), self(), after, group, &placed);
+            hr = tool.insertSingletonAfter(self(), self(), after, group, &placed);
         }
         if (FAILED(hr)) return hr;
         fire(qvrEventObjectChanged, self(), Variant());
@@ -403,7 +404,7 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
         }
         Ref<IXMLDOMNode> node;
         if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
-        return CXMLDOMTool(node).createObject(self(), self(), object);
+        return createObjectOf(node, self(), self(), object);
     });
 }
 

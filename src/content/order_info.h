@@ -8,6 +8,7 @@
 #include "core/accessors.h"
 #include "core/catalog_object.h"
 #include "core/iso_codes.h"
+#include "platform/com/messages.h"
 
 namespace qvr {
 
@@ -49,7 +50,8 @@ public:
     }
     HRESULT put_isoCountryCode(const String& code) override {
         if (code.isNull()) return E_INVALIDARG;
-        return accessors::putUniqueAttribute(*this, "isoCountryCode", code, &isCountryCode, 124);
+        return accessors::putUniqueAttribute(*this, "isoCountryCode", code, &isCountryCode,
+                                             msgBadCountryCode);
     }
     HRESULT get_value(String* value) override { return accessors::getOwnText(*this, value); }
     HRESULT put_value(const String& value) override { return accessors::putOwnText(*this, value); }

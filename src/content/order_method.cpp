@@ -3,8 +3,11 @@
 #include <iterator>
 #include <string_view>
 
-#include "core/xml_dom_tool.h"
+#include "core/child_tool.h"
+#include "core/object_factory.h"
+#include "core/singleton_tool.h"
 #include "platform/com/failure.h"
+#include "platform/com/messages.h"
 
 namespace qvr {
 namespace {
@@ -23,7 +26,7 @@ HRESULT CQVRCatalogOrderTarget::get_target(Ref<IQVRCatalogObject>* target) {
         Ref<IXMLDOMNode> child;
         HRESULT hr = element()->get_firstChild(&child);
         if (FAILED(hr) || !child) return FAILED(hr) ? hr : S_FALSE;
-        return CXMLDOMTool(child).createObject(catalogRef(), self(), target);
+        return createObjectOf(child, catalogRef(), self(), target);
     });
 }
 
@@ -34,20 +37,20 @@ HRESULT CQVRCatalogOrderTarget::putref_target(IQVRCatalogObject* target) {
         QVRObjectType type;
         HRESULT hr = target->get_objectType(&type);
         if (FAILED(hr)) return hr;
-        if (!qvr::contains(targetTypes, type)) return report(125);
-        CXMLDOMTool tool(element());
+        if (!qvr::contains(targetTypes, type)) return report(msgBadOrderTarget);
         Ref<IXMLDOMNode> present;
         if (FAILED(hr = element()->get_firstChild(&present))) return hr;
         Ref<IQVRCatalogObject> placed;
         if (!present) {
             // No key and no selection: the one child simply goes in.
-            hr = tool.insertChildObject(catalogCookie(), self(), target, Variant(), &placed, "NA",
-                                        "NA");
+            hr = ChildTool(element()).insertChildObject(catalogRef(), self(), target, Variant(),
+                                                        &placed, "NA", "NA");
         } else {
             // Whatever kind stands there gives way, so a Phone can replace an Email.
             String name;
             if (FAILED(hr = present->get_nodeName(&name))) return hr;
-            hr = tool.replaceSingleton(catalogCookie(), self(), name, target, &placed);
+            hr = SingletonTool(element()).replaceSingleton(catalogRef(), self(), name, target,
+                                                           &placed);
         }
         if (hr == S_OK) fireChanged();
         return hr;
@@ -74,7 +77,7 @@ HRESULT CQVRCatalogOrderTarget::get_targetType(std::int32_t* type) {
                 return S_OK;
             }
         }
-        return report(126);
+        return report(msgUnknownOrderTargetName);
     });
 }
 
