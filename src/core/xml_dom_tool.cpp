@@ -21,11 +21,16 @@ HRESULT readCookie(std::uint32_t cookie, Ref<IQVRCatalogObject>* object) {
     return CookieTable::instance().get(cookie, object);
 }
 
-// Links a child that has just been placed: its catalog, and its parent. Their statuses are of no
-// consequence to the insertion, which has happened.
-void linkChild(IQVRCatalogObject* child, IQVRCatalogObject* catalog, IQVRCatalogObject* parent) {
-    child->putref_catalog(catalog);
-    child->putref_parentNode(parent);
+// Links a child that has just been placed below `parentNode`: its catalog, and its parent. A
+// child that can't be linked (out of memory) is taken out again, so that an insertion happens
+// whole or not at all.
+HRESULT linkChild(IXMLDOMNode* parentNode, IXMLDOMNode* node, IQVRCatalogObject* child,
+                  IQVRCatalogObject* catalog, IQVRCatalogObject* parent) {
+    HRESULT hr = child->putref_catalog(catalog);
+    if (hr != E_OUTOFMEMORY) hr = child->putref_parentNode(parent);
+    if (hr != E_OUTOFMEMORY) return S_OK; // other statuses don't concern the insertion
+    parentNode->removeChild(node, nullptr);
+    return hr;
 }
 
 } // namespace
@@ -80,7 +85,7 @@ HRESULT CXMLDOMTool::insertChildObjectDirect(IQVRCatalogObject* catalog, IQVRCat
     if ((hr = resolveInsertPosition(position, keyAttribute, childSelection, &reference)) != S_OK)
         return hr;
     if (FAILED(hr = node_->insertBefore(node, reference, nullptr))) return hr;
-    linkChild(newChild, catalog, parent);
+    if ((hr = linkChild(node_, node, newChild, catalog, parent)) != S_OK) return hr;
     *inserted = newChild; // the caller's object itself: insertion makes no new wrapper
     return S_OK;
 }
@@ -93,12 +98,13 @@ HRESULT CXMLDOMTool::removeChildObject(IQVRCatalogObject* catalog, IQVRCatalogOb
     HRESULT hr = child->get_domNode(&node);
     if (FAILED(hr)) return hr;
     if (FAILED(hr = node_->removeChild(node, nullptr))) return hr;
+    if (!removed) return S_OK; // the removal is done: a wrapper nobody asked for can't fail it
     // The new wrapper keeps naming the old parent: nothing clears a parent link on removal.
     Ref<IQVRCatalogObject> parent;
     child->get_parentNode(&parent);
     Ref<IQVRCatalogObject> wrapper;
     hr = CXMLDOMTool(node).createObject(catalog, parent, &wrapper);
-    if (removed) *removed = std::move(wrapper);
+    *removed = std::move(wrapper);
     return hr;
 }
 
@@ -195,7 +201,7 @@ HRESULT CXMLDOMTool::placeSingleton(IQVRCatalogObject* catalog, IQVRCatalogObjec
     else
         node_->get_firstChild(&reference);
     if (FAILED(hr = node_->insertBefore(node, reference, nullptr))) return hr;
-    linkChild(newChild, catalog, parent);
+    if ((hr = linkChild(node_, node, newChild, catalog, parent)) != S_OK) return hr;
     *inserted = newChild;
     return S_OK;
 }

@@ -59,7 +59,8 @@ protected:
     HRESULT childPlaced(IQVRCatalogObject* cell) override {
         CXMLDOMTool tool(this->element());
         const Ref<IQVRCatalogObject> table = this->catalogRef();
-        const HRESULT hr = tool.addRowForCell(table, cell);
+        // Whatever stops the row, the cell must not stay without one.
+        const HRESULT hr = guarded([&] { return tool.addRowForCell(table, cell); });
         if (SUCCEEDED(hr)) return S_OK;
         if (hr == QVR_E_DUPLICATE) this->report(alreadyAttachedMessage(Base::info.type.type), hr);
         tool.removeChildObject(table, cell, nullptr);

@@ -14,6 +14,37 @@ HRESULT wrap(IXMLDOMNode* node, IQVRCatalogObject* table, IQVRCatalogObject* par
     return CXMLDOMTool(node).createObject(table, parent, object);
 }
 
+// Takes the element `node` of `object` out of its parent, the element of `parentTool`, and
+// places it again by `insert`. When that fails the element goes back before its old next
+// sibling, so that a failed move loses nothing; `tell(event, place)` tells of each step.
+template <class Insert, class Tell>
+HRESULT moveElement(CXMLDOMTool& parentTool, IQVRCatalogObject* table, IQVRCatalogObject* parent,
+                    IXMLDOMNode* node, IQVRCatalogObject* object, const Variant& place,
+                    Insert insert, Tell tell) {
+    // Nothing thrown between the removal and the insertion may leave the element out.
+    const auto told = [&](std::int32_t event, const Variant& where) {
+        guarded([&] {
+            tell(event, where);
+            return S_OK;
+        });
+    };
+    Ref<IXMLDOMNode> next;
+    HRESULT hr = node->get_nextSibling(&next);
+    if (FAILED(hr)) return hr;
+    if ((hr = parentTool.removeChildObject(table, object, nullptr)) != S_OK) return hr;
+    told(qvrEventObjectRemoved, Variant());
+    if ((hr = guarded(insert)) == S_OK) {
+        told(qvrEventObjectInserted, place);
+        return S_OK;
+    }
+    if (SUCCEEDED(parentTool.insertNode(node, next))) {
+        Ref<IQVRCatalogObject> following;
+        if (next) guarded([&] { return wrap(next, table, parent, &following); });
+        told(qvrEventObjectInserted, following ? Variant(following) : Variant());
+    }
+    return hr;
+}
+
 } // namespace
 
 HRESULT CQVRTableUniqueColumn::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
@@ -89,11 +120,14 @@ HRESULT CQVRTableUniqueColumn::moveRow(std::int32_t from, std::int32_t to) {
     // The row itself, within the register.
     Ref<IQVRCatalogObject> row, placed;
     if ((hr = wrap(rowNode, table, self(), &row)) != S_OK) return hr;
-    if ((hr = tool.removeChildObject(table, row, nullptr)) != S_OK) return hr;
-    fire(qvrEventObjectRemoved, row, Variant());
-    hr = tool.insertChildObjectDirect(table, self(), row, place, &placed, "id", "RowUnique");
+    hr = moveElement(
+        tool, table, self(), rowNode, row, place,
+        [&] {
+            return tool.insertChildObjectDirect(table, self(), row, place, &placed, "id",
+                                                "RowUnique");
+        },
+        [&](std::int32_t event, const Variant& where) { fire(event, row, where); });
     if (hr != S_OK) return hr;
-    fire(qvrEventObjectInserted, row, place);
 
     // Its cells, each at the same place among the cells of its column.
     std::int32_t count = 0;
@@ -108,11 +142,17 @@ HRESULT CQVRTableUniqueColumn::moveRow(std::int32_t from, std::int32_t to) {
         if ((hr = wrap(columnNode, table, table, &column)) != S_OK) return hr;
         if ((hr = wrap(cellNode, table, column, &cell)) != S_OK) return hr;
         CXMLDOMTool columnTool(columnNode);
-        if ((hr = columnTool.removeChildObject(table, cell, nullptr)) != S_OK) return hr;
-        fireObjectEventTable(qvrEventObjectRemoved, cell, cell, Variant());
-        hr = columnTool.insertChildObjectDirect(table, column, cell, place, &moved, "idref",
-                                                "Row|Drawing");
-        if (hr == S_OK) fireObjectEventTable(qvrEventObjectInserted, column, cell, place);
+        hr = moveElement(
+            columnTool, table, column, cellNode, cell, place,
+            [&] {
+                return columnTool.insertChildObjectDirect(table, column, cell, place, &moved,
+                                                          "idref", "Row|Drawing");
+            },
+            [&](std::int32_t event, const Variant& where) {
+                // The removal is told from the cell, the insertion from its column.
+                fireObjectEventTable(event, event == qvrEventObjectRemoved ? cell : column, cell,
+                                     where);
+            });
     }
     return hr;
 }
