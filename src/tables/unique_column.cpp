@@ -14,37 +14,6 @@ HRESULT wrap(IXMLDOMNode* node, IQVRCatalogObject* table, IQVRCatalogObject* par
     return CXMLDOMTool(node).createObject(table, parent, object);
 }
 
-// Takes the element `node` of `object` out of its parent, the element of `parentTool`, and
-// places it again by `insert`. When that fails the element goes back before its old next
-// sibling, so that a failed move loses nothing; `tell(event, place)` tells of each step.
-template <class Insert, class Tell>
-HRESULT moveElement(CXMLDOMTool& parentTool, IQVRCatalogObject* table, IQVRCatalogObject* parent,
-                    IXMLDOMNode* node, IQVRCatalogObject* object, const Variant& place,
-                    Insert insert, Tell tell) {
-    // Nothing thrown between the removal and the insertion may leave the element out.
-    const auto told = [&](std::int32_t event, const Variant& where) {
-        guarded([&] {
-            tell(event, where);
-            return S_OK;
-        });
-    };
-    Ref<IXMLDOMNode> next;
-    HRESULT hr = node->get_nextSibling(&next);
-    if (FAILED(hr)) return hr;
-    if ((hr = parentTool.removeChildObject(table, object, nullptr)) != S_OK) return hr;
-    told(qvrEventObjectRemoved, Variant());
-    if ((hr = guarded(insert)) == S_OK) {
-        told(qvrEventObjectInserted, place);
-        return S_OK;
-    }
-    if (SUCCEEDED(parentTool.insertNode(node, next))) {
-        Ref<IQVRCatalogObject> following;
-        if (next) guarded([&] { return wrap(next, table, parent, &following); });
-        told(qvrEventObjectInserted, following ? Variant(following) : Variant());
-    }
-    return hr;
-}
-
 } // namespace
 
 HRESULT CQVRTableUniqueColumn::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
@@ -120,7 +89,7 @@ HRESULT CQVRTableUniqueColumn::moveRow(std::int32_t from, std::int32_t to) {
     // The row itself, within the register.
     Ref<IQVRCatalogObject> row, placed;
     if ((hr = wrap(rowNode, table, self(), &row)) != S_OK) return hr;
-    hr = moveElement(
+    hr = index_moves::moveElement(
         tool, table, self(), rowNode, row, place,
         [&] {
             return tool.insertChildObjectDirect(table, self(), row, place, &placed, "id",
@@ -142,7 +111,7 @@ HRESULT CQVRTableUniqueColumn::moveRow(std::int32_t from, std::int32_t to) {
         if ((hr = wrap(columnNode, table, table, &column)) != S_OK) return hr;
         if ((hr = wrap(cellNode, table, column, &cell)) != S_OK) return hr;
         CXMLDOMTool columnTool(columnNode);
-        hr = moveElement(
+        hr = index_moves::moveElement(
             columnTool, table, column, cellNode, cell, place,
             [&] {
                 return columnTool.insertChildObjectDirect(table, column, cell, place, &moved,

@@ -83,8 +83,8 @@ public:
 }
 
 // The operations under test: a cell for a new row and one for a known row, appended and
-// inserted; a move of rows; the freezing of a calculated column. The first failure ends the
-// run, as it would end a client's.
+// inserted; a move of rows and one of columns; the freezing of a calculated column. The first
+// failure ends the run, as it would end a client's.
 HRESULT tableOperations(IQVRCatalogTable* table, IQVRTableColumn* length, IQVRTableColumn* thread) {
     Ref<IQVRTableCell> cell;
     HRESULT hr = table->createCell("C-40", Variant(60.0), &cell);
@@ -95,6 +95,7 @@ HRESULT tableOperations(IQVRCatalogTable* table, IQVRTableColumn* length, IQVRTa
     Ref<IQVRTableUniqueColumn> unique;
     if (hr == S_OK) hr = table->get_uniqueColumn(&unique);
     if (hr == S_OK) hr = unique->moveRows(Variant(std::int32_t{1}), Variant(std::int32_t{3}));
+    if (hr == S_OK) hr = table->moveColumns(Variant(std::int32_t{3}), Variant(std::int32_t{1}));
     VARIANT_BOOL frozen = VARIANT_FALSE;
     if (hr == S_OK) hr = table->freezeCalculatedColumns(&frozen);
     return hr;
