@@ -83,8 +83,9 @@ public:
 }
 
 // The operations under test: a cell for a new row and one for a known row, appended and
-// inserted; a move of rows and one of columns; the freezing of a calculated column. The first
-// failure ends the run, as it would end a client's.
+// inserted; a move of rows and one of columns; the removal of a row's last cell and of a row;
+// the freezing of a calculated column. The first failure ends the run, as it would end a
+// client's.
 HRESULT tableOperations(IQVRCatalogTable* table, IQVRTableColumn* length, IQVRTableColumn* thread) {
     Ref<IQVRTableCell> cell;
     HRESULT hr = table->createCell("C-40", Variant(60.0), &cell);
@@ -96,6 +97,13 @@ HRESULT tableOperations(IQVRCatalogTable* table, IQVRTableColumn* length, IQVRTa
     if (hr == S_OK) hr = table->get_uniqueColumn(&unique);
     if (hr == S_OK) hr = unique->moveRows(Variant(std::int32_t{1}), Variant(std::int32_t{3}));
     if (hr == S_OK) hr = table->moveColumns(Variant(std::int32_t{3}), Variant(std::int32_t{1}));
+    // The last cell of a row takes the row along; a row takes its cells along.
+    if (hr == S_OK) hr = length->removeChild(cell, nullptr);
+    Ref<IQVRCatalogObjectList> rows;
+    Ref<IQVRCatalogObject> first;
+    if (hr == S_OK) hr = unique->get_childNodes(&rows);
+    if (hr == S_OK) hr = rows->getItem(1, &first);
+    if (hr == S_OK) hr = unique->removeChild(first, nullptr);
     VARIANT_BOOL frozen = VARIANT_FALSE;
     if (hr == S_OK) hr = table->freezeCalculatedColumns(&frozen);
     return hr;
