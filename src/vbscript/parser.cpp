@@ -169,7 +169,8 @@ Parser::Operand Parser::parseSigned() {
     bool negate = tok_.kind == Tok::Minus;
     advance();
     enter();
-    Operand operand = parseSigned();
+    // A sign may still stand before Not (-Not x), which then takes its comparison.
+    Operand operand = tok_.kind == Tok::Not ? parseUnary() : parseSigned();
     leave();
     if (!negate) return operand;
     emitUnary(Op::Neg);

@@ -78,6 +78,7 @@ TEST(VbscriptGrammar, PrecedenceAndAssociativity) {
         {"(1 + 2) * 3", "2\t9"},
         {"+5", "2\t5"},
         {"- -5", "2\t5"},
+        {"-Not 1", "2\t2"},
     });
 }
 
