@@ -141,7 +141,7 @@ HRESULT CQVRCatalogTable::moveColumn(std::int32_t from, std::int32_t to) {
     Ref<IQVRCatalogObject> column, placed;
     HRESULT hr = columnFromVariant(Variant(from), &column);
     if (hr != S_OK) return hr;
-    // A place behind the last column finds no column, and its removal answers E_POINTER.
+    // A place behind the last column finds no column: E_POINTER, as a removal of none answers.
     if (!column) return E_POINTER;
     Ref<IXMLDOMElement> node;
     if (FAILED(hr = column->get_domNode(&node))) return hr;
