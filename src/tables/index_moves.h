@@ -10,8 +10,9 @@
 
 #include <qvr/variant.h>
 
+#include "core/child_tool.h"
 #include "core/object_core.h"
-#include "core/xml_dom_tool.h"
+#include "core/object_factory.h"
 #include "platform/com/failure.h"
 
 namespace qvr::index_moves {
@@ -41,7 +42,7 @@ constexpr std::int32_t insertionPlace(std::int32_t from, std::int32_t to) {
 // places it again by `insert`. When that fails the element goes back before its old next
 // sibling, so that a failed move loses nothing; `tell(event, place)` tells of each step.
 template <class Insert, class Tell>
-HRESULT moveElement(CXMLDOMTool& parentTool, IQVRCatalogObject* table, IQVRCatalogObject* parent,
+HRESULT moveElement(ChildTool& parentTool, IQVRCatalogObject* table, IQVRCatalogObject* parent,
                     IXMLDOMNode* node, IQVRCatalogObject* object, const Variant& place,
                     Insert insert, Tell tell) {
     // Nothing thrown between the removal and the insertion may leave the element out.
@@ -62,8 +63,7 @@ HRESULT moveElement(CXMLDOMTool& parentTool, IQVRCatalogObject* table, IQVRCatal
     }
     if (SUCCEEDED(parentTool.insertNode(node, next))) {
         Ref<IQVRCatalogObject> following;
-        if (next)
-            guarded([&] { return CXMLDOMTool(next).createObject(table, parent, &following); });
+        if (next) guarded([&] { return createObjectOf(next, table, parent, &following); });
         told(qvrEventObjectInserted, following ? Variant(following) : Variant());
     }
     return hr;
