@@ -7,12 +7,12 @@
 
 namespace qvr {
 
-class IQVRCatalogClassifications : public IQVRCatalogObject {
+class QVR_API IQVRCatalogClassifications : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogClassifications)
 };
 
-class IQVRCatalogExtrinsics : public IQVRCatalogObject {
+class QVR_API IQVRCatalogExtrinsics : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogExtrinsics)
 };

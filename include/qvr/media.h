@@ -7,33 +7,33 @@
 
 namespace qvr {
 
-class IQVRCatalogImages : public IQVRCatalogObject {
+class QVR_API IQVRCatalogImages : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogImages)
 };
 
-class IQVRCatalogLink : public IQVRCatalogObject {
+class QVR_API IQVRCatalogLink : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogLink)
 };
 
-class IQVRCatalogDocuments : public IQVRCatalogObject {
+class QVR_API IQVRCatalogDocuments : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogDocuments)
 };
 
-class IQVRCatalogURL : public IQVRCatalogObject {
+class QVR_API IQVRCatalogURL : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogURL)
 };
 
-class IQVRCatalogImage : public IQVRCatalogObject {
+class QVR_API IQVRCatalogImage : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogImage)
 };
 
 // The files a view's drawings refer to.
-class IQVRCatalogReferencedFiles : public IQVRCatalogObject {
+class QVR_API IQVRCatalogReferencedFiles : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogReferencedFiles)
 };
