@@ -49,6 +49,7 @@ if(PROJECT_IS_TOP_LEVEL)
   set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
   set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
+  set(CPACK_STRIP_FILES ON) # the tools without their debugging information
   set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libxml2-dev, libicu-dev, pkg-config")
   # dpkg-shlibdeps (from dpkg-dev) reads the dependencies off the tools, with their versions and
   # the C and C++ runtimes; without it they are named here.

@@ -31,6 +31,8 @@ def quoted_text(root, match):
     if not path.is_file():
         raise ValueError(f"no file {match['path']}")
     lines = path.read_text(encoding="utf-8").splitlines(keepends=True)
+    if lines and not lines[-1].endswith("\n"):
+        lines[-1] += "\n"  # a block ends with a line break whether the file does or not
     if match["first"]:
         first, last = int(match["first"]), int(match["last"])
         if not 1 <= first <= last <= len(lines):
