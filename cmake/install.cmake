@@ -56,6 +56,8 @@ if(PROJECT_IS_TOP_LEVEL)
   find_program(QVR_DPKG_SHLIBDEPS dpkg-shlibdeps)
   if(QVR_DPKG_SHLIBDEPS)
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+    # A shared library is the package's own: the tools' need of it is no outside dependency.
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
   else()
     set(CPACK_DEBIAN_PACKAGE_DEPENDS "libxml2 (>= 2.9), libicu${QVR_ICU_MAJOR}")
   endif()
