@@ -9,7 +9,8 @@ A fenced block is a quote when the line before its opening fence is a marker:
 
 A named region is the lines between one holding `docs-begin: NAME` and one holding
 `docs-end: NAME` (in a comment of the file's own language), taken out of their common indent.
-The block must match what it quotes byte for byte. Blocks of code (C++, CMake, make) must be
+The block must match what it quotes byte for byte (a block indented
+under a list item, once its indent is taken off). Blocks of code (C++, CMake, make) must be
 quotes, so that every example is a file the build compiles. Other blocks (program output, shell
 sessions) are left alone.
 
@@ -21,7 +22,7 @@ import re
 import sys
 
 MARKER = re.compile(r"^<!-- quote: (?P<path>[^#: ]+)(?:#(?P<region>[\w-]+)|:(?P<first>\d+)-(?P<last>\d+))? -->$")
-FENCE = re.compile(r"^(?P<fence>```+|~~~+)(?P<info>[\w+-]*)\s*$")
+FENCE = re.compile(r"^(?P<indent> {0,3})(?P<fence>```+|~~~+)(?P<info>[\w+-]*)\s*$")
 CODE_LANGUAGES = {"c", "cpp", "c++", "cxx", "cmake", "make", "makefile"}
 
 
@@ -62,13 +63,15 @@ def check_page(root, page, update):
             out.append(lines[i])
             i += 1
             continue
+        indent = opening["indent"]
         close = next((j for j in range(i + 1, len(lines))
-                      if lines[j].rstrip("\n") == opening["fence"]), None)
+                      if lines[j].rstrip("\n") == indent + opening["fence"]), None)
         if close is None:
             problems.append(f"{name}:{i + 1}: fence is never closed")
             out.extend(lines[i:])
             break
-        body = "".join(lines[i + 1:close])
+        body = "".join(l[len(indent):] if l.startswith(indent) else l.lstrip(" ")
+                       for l in lines[i + 1:close])
         previous = next((l.strip() for l in reversed(lines[:i]) if l.strip()), "")
         marker = MARKER.match(previous)
         new_body = body
@@ -83,7 +86,8 @@ def check_page(root, page, update):
         elif opening["info"].lower() in CODE_LANGUAGES:
             problems.append(f"{name}:{i + 1}: code block quotes no file (add a quote marker)")
         out.append(lines[i])
-        out.append(new_body)
+        out.append("".join(indent + l if l.strip() else l
+                           for l in new_body.splitlines(keepends=True)))
         out.append(lines[close])
         i = close + 1
     if update:
