@@ -19,12 +19,12 @@
 
 namespace qvr {
 
-class IQVRCatalogAvailability : public IQVRCatalogObject {
+class QVR_API IQVRCatalogAvailability : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogAvailability)
 };
 
-class IQVRCatalogOrderInfo : public IQVRCatalogObject {
+class QVR_API IQVRCatalogOrderInfo : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogOrderInfo)
 
@@ -40,7 +40,7 @@ public:
     virtual HRESULT putref_availability(IQVRCatalogObject* availability) = 0;
 };
 
-class IQVRCatalogCountryCode : public IQVRCatalogObject {
+class QVR_API IQVRCatalogCountryCode : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogCountryCode)
 
@@ -62,7 +62,7 @@ enum QVROrderTargetType : std::int32_t {
     qvrTargetNone = 5,    // no child at all
 };
 
-class IQVRCatalogOrderTarget : public IQVRCatalogObject {
+class QVR_API IQVRCatalogOrderTarget : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogOrderTarget)
 
@@ -75,7 +75,7 @@ public:
     virtual HRESULT get_targetType(std::int32_t* type) = 0;
 };
 
-class IQVRCatalogOrderMethod : public IQVRCatalogObject {
+class QVR_API IQVRCatalogOrderMethod : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogOrderMethod)
 
@@ -87,7 +87,7 @@ public:
     virtual HRESULT putref_orderTarget(IQVRCatalogObject* target) = 0;
 };
 
-class IQVRCatalogOrderMethods : public IQVRCatalogObject {
+class QVR_API IQVRCatalogOrderMethods : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogOrderMethods)
 };

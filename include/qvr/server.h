@@ -16,7 +16,7 @@ using CLSID = IID;
 inline constexpr CLSID CLSID_QVRCatalog{"QVRCatalog.Catalog"};
 inline constexpr CLSID CLSID_QVRCatalogTable{"QVRCatalog.Table"};
 
-class IClassFactory : public IUnknown {
+class QVR_API IClassFactory : public IUnknown {
 public:
     QVR_INTERFACE_ID(IClassFactory)
     // A new object, as `interfaceId`. An outer object is refused: CLASS_E_NOAGGREGATION.
@@ -28,8 +28,9 @@ public:
 
 // The class object of `classId` as `interfaceId` (IUnknown or IClassFactory). Any class but the
 // two: CLASS_E_CLASSNOTAVAILABLE.
-HRESULT DllGetClassObject(const CLSID& classId, const IID& interfaceId, Ref<IUnknown>* object);
+QVR_API HRESULT DllGetClassObject(const CLSID& classId, const IID& interfaceId,
+                                  Ref<IUnknown>* object);
 // S_OK when no object of the library lives and no lock is held; else S_FALSE.
-HRESULT DllCanUnloadNow();
+QVR_API HRESULT DllCanUnloadNow();
 
 } // namespace qvr

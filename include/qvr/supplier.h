@@ -17,7 +17,7 @@
 namespace qvr {
 
 // A value (the text) in a domain (the key); one per domain in its list.
-class IQVRCatalogSupplierID : public IQVRCatalogObject {
+class QVR_API IQVRCatalogSupplierID : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogSupplierID)
 
@@ -31,7 +31,7 @@ public:
 };
 
 // Built as a SupplierID.
-class IQVRCatalogECommerceCenterID : public IQVRCatalogObject {
+class QVR_API IQVRCatalogECommerceCenterID : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogECommerceCenterID)
 
@@ -41,17 +41,17 @@ public:
     virtual HRESULT put_value(const String& value) = 0;
 };
 
-class IQVRCatalogSupplierIDs : public IQVRCatalogObject {
+class QVR_API IQVRCatalogSupplierIDs : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogSupplierIDs)
 };
 
-class IQVRCatalogECommerceCenterIDs : public IQVRCatalogObject {
+class QVR_API IQVRCatalogECommerceCenterIDs : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogECommerceCenterIDs)
 };
 
-class IQVRCatalogSupplierLocation : public IQVRCatalogObject {
+class QVR_API IQVRCatalogSupplierLocation : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogSupplierLocation)
 
@@ -63,7 +63,7 @@ public:
     virtual HRESULT putref_orderMethods(IQVRCatalogObject* orderMethods) = 0;
 };
 
-class IQVRCatalogSupplier : public IQVRCatalogObject {
+class QVR_API IQVRCatalogSupplier : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogSupplier)
 

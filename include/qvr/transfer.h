@@ -75,9 +75,9 @@ struct STGMEDIUM {
     IStream* pstm = nullptr;   // for TYMED_ISTREAM: one reference, owned by the medium
     IUnknown* pUnkForRelease = nullptr;
 };
-void ReleaseStgMedium(STGMEDIUM* medium);
+QVR_API void ReleaseStgMedium(STGMEDIUM* medium);
 
-class IEnumFORMATETC : public IUnknown {
+class QVR_API IEnumFORMATETC : public IUnknown {
 public:
     QVR_INTERFACE_ID(IEnumFORMATETC)
     virtual HRESULT Next(std::uint32_t count, FORMATETC* formats, std::uint32_t* fetched) = 0;
@@ -87,7 +87,7 @@ public:
 };
 
 // Told when the data of a data object changes; a data object of the model never changes.
-class IAdviseSink : public IUnknown {
+class QVR_API IAdviseSink : public IUnknown {
 public:
     QVR_INTERFACE_ID(IAdviseSink)
     virtual void OnDataChange(const FORMATETC& format, const STGMEDIUM& medium) = 0;
@@ -100,7 +100,7 @@ struct STATDATA {
     std::uint32_t dwConnection = 0;
 };
 
-class IEnumSTATDATA : public IUnknown {
+class QVR_API IEnumSTATDATA : public IUnknown {
 public:
     QVR_INTERFACE_ID(IEnumSTATDATA)
     virtual HRESULT Next(std::uint32_t count, STATDATA* data, std::uint32_t* fetched) = 0;
@@ -108,7 +108,7 @@ public:
     virtual HRESULT Reset() = 0;
 };
 
-class IDataObject : public IUnknown {
+class QVR_API IDataObject : public IUnknown {
 public:
     QVR_INTERFACE_ID(IDataObject)
     virtual HRESULT GetData(const FORMATETC* format, STGMEDIUM* medium) = 0;
@@ -125,10 +125,10 @@ public:
 
 // The number of a named format, the same for the life of the process; 0 for a null or empty
 // name. Names are told apart without regard to case.
-CLIPFORMAT RegisterClipboardFormat(const char* name);
+QVR_API CLIPFORMAT RegisterClipboardFormat(const char* name);
 
 // A new empty stream in memory.
-HRESULT CreateStreamOnHGlobal(Ref<IStream>* stream);
+QVR_API HRESULT CreateStreamOnHGlobal(Ref<IStream>* stream);
 
 // Marshalling. A packet holds the process that wrote it, a token that keeps the object alive in
 // that process until the packet is released, and the object's text (with the text and address
@@ -147,12 +147,13 @@ enum MSHLFLAGS : std::uint32_t {
     MSHLFLAGS_TABLESTRONG = 1,
     MSHLFLAGS_TABLEWEAK = 2,
 };
-HRESULT CoMarshalInterface(IStream* stream, const IID& interfaceId, IUnknown* object,
-                           std::uint32_t context, std::uint32_t flags);
+QVR_API HRESULT CoMarshalInterface(IStream* stream, const IID& interfaceId, IUnknown* object,
+                                   std::uint32_t context, std::uint32_t flags);
 // A damaged, cut or unknown packet gives RPC_E_INVALID_DATA, a packet whose object is gone
 // CO_E_OBJNOTCONNECTED, each with a message in the error info.
-HRESULT CoUnmarshalInterface(IStream* stream, const IID& interfaceId, Ref<IUnknown>* object);
+QVR_API HRESULT CoUnmarshalInterface(IStream* stream, const IID& interfaceId,
+                                     Ref<IUnknown>* object);
 // Lets the object of a packet go in the process that wrote it, without reading it.
-HRESULT CoReleaseMarshalData(IStream* stream);
+QVR_API HRESULT CoReleaseMarshalData(IStream* stream);
 
 } // namespace qvr

@@ -7,9 +7,10 @@
 namespace qvr {
 
 void CQVRCatalogExtrinsic::clear() {
+    CXMLDOMTool tool(element());
     Ref<IXMLDOMNode> child;
     while (element()->get_firstChild(&child) == S_OK && child) {
-        if (FAILED(element()->removeChild(child, nullptr))) return; // it would stay first
+        if (FAILED(tool.removeNode(child))) return; // it would stay first, and forever
         child = nullptr;
     }
 }

@@ -8,6 +8,7 @@
 #include "core/accessors.h"
 #include "core/catalog_object.h"
 #include "core/iso_codes.h"
+#include "platform/com/messages.h"
 
 namespace qvr {
 

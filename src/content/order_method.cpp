@@ -7,6 +7,7 @@
 #include "core/object_factory.h"
 #include "core/singleton_tool.h"
 #include "platform/com/failure.h"
+#include "platform/com/messages.h"
 
 namespace qvr {
 namespace {

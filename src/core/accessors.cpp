@@ -87,13 +87,13 @@ HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const Strin
 }
 
 HRESULT putKeyAttribute(ObjectFrame& object, const char* name, const String& value,
-                        bool (*valid)(const String&), std::uint32_t invalidMessage) noexcept {
+                        bool (*valid)(const String&), Msg invalidMessage) noexcept {
     if (value.isEmpty()) return putClearableAttribute(object, name, value);
     return putUniqueAttribute(object, name, value, valid, invalidMessage);
 }
 
 HRESULT putUniqueAttribute(ObjectFrame& object, const char* name, const String& value,
-                           bool (*valid)(const String&), std::uint32_t invalidMessage) noexcept {
+                           bool (*valid)(const String&), Msg invalidMessage) noexcept {
     return onElement(object, [&](IXMLDOMElement* element) {
         if (valid && !valid(value)) return object.report(invalidMessage);
         // Among the parent's children; without a parent the tool is empty and finds no sibling.

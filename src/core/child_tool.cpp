@@ -27,7 +27,7 @@ HRESULT ChildTool::insertChildObject(IQVRCatalogObject* catalog, IQVRCatalogObje
     if ((hr = resolveInsertPosition(position, keyAttribute, childSelection, &reference)) != S_OK)
         return hr;
     if (FAILED(hr = node_->insertBefore(child.element(), reference, nullptr))) return hr;
-    return child.link(catalog, parent, inserted);
+    return child.link(node_, catalog, parent, inserted);
 }
 
 HRESULT ChildTool::removeChildObject(IQVRCatalogObject* catalog, IQVRCatalogObject* child,
@@ -38,12 +38,13 @@ HRESULT ChildTool::removeChildObject(IQVRCatalogObject* catalog, IQVRCatalogObje
     HRESULT hr = child->get_domNode(&node);
     if (FAILED(hr)) return hr;
     if (FAILED(hr = node_->removeChild(node, nullptr))) return hr;
+    if (!removed) return S_OK; // the removal is done: a wrapper nobody asked for can't fail it
     // The new wrapper keeps naming the old parent: nothing clears a parent link on removal.
     Ref<IQVRCatalogObject> parent;
     child->get_parentNode(&parent);
     Ref<IQVRCatalogObject> wrapper;
     hr = createObjectOf(node, catalog, parent, &wrapper);
-    if (removed) *removed = std::move(wrapper);
+    *removed = std::move(wrapper);
     return hr;
 }
 

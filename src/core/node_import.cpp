@@ -122,23 +122,27 @@ HRESULT NewChild::prepare(IQVRCatalogObject* child) {
     return S_OK;
 }
 
-void NewChild::linkGiven(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
-                         Ref<IQVRCatalogObject>* inserted) {
-    // Their statuses are of no consequence to the insertion, which has happened.
-    child_->putref_catalog(catalog);
-    child_->putref_parentNode(parent);
+HRESULT NewChild::linkGiven(IXMLDOMNode* into, IQVRCatalogObject* catalog,
+                            IQVRCatalogObject* parent, Ref<IQVRCatalogObject>* inserted) {
+    HRESULT hr = child_->putref_catalog(catalog);
+    if (hr != E_OUTOFMEMORY) hr = child_->putref_parentNode(parent);
+    if (hr == E_OUTOFMEMORY) {
+        into->removeChild(element_, nullptr);
+        return hr;
+    }
     if (inserted) *inserted = child_;
+    return S_OK;
 }
 
-HRESULT NewChild::link(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+HRESULT NewChild::link(IXMLDOMNode* into, IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
                        Ref<IQVRCatalogObject>* inserted) {
-    if (!foreign_) {
-        linkGiven(catalog, parent, inserted);
-        return S_OK;
-    }
+    if (!foreign_) return linkGiven(into, catalog, parent, inserted);
     Ref<IQVRCatalogObject> wrapper;
     HRESULT hr = createObjectOf(element_, catalog, parent, &wrapper);
-    if (hr != S_OK) return hr;
+    if (hr != S_OK) {
+        into->removeChild(element_, nullptr);
+        return hr;
+    }
     QVRObjectType type;
     if ((hr = child_->get_objectType(&type)) != S_OK) return hr;
     if (type == qvrChapter) {

@@ -42,14 +42,17 @@ public:
     HRESULT prepare(IQVRCatalogObject* child);
     IXMLDOMElement* element() const { return element_.get(); }
     bool foreign() const { return foreign_; }
-    // After a child kept by key is placed: links it to `catalog` and `parent`. A foreign child
-    // stays as it was; `inserted` receives a new wrapper of the copy with its tables attached.
-    HRESULT link(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+    // After a child kept by key is placed below `into`: links it to `catalog` and `parent`. A
+    // foreign child stays as it was; `inserted` receives a new wrapper of the copy with its
+    // tables attached.
+    HRESULT link(IXMLDOMNode* into, IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
                  Ref<IQVRCatalogObject>* inserted);
-    // After a single child is placed: the object given is linked to `catalog` and `parent`, a
-    // foreign one too, though it goes on wrapping its own element.
-    void linkGiven(IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
-                   Ref<IQVRCatalogObject>* inserted);
+    // After a single child is placed below `into`: the object given is linked to `catalog` and
+    // `parent`, a foreign one too, though it goes on wrapping its own element.
+    // Either way a child that can't be linked or wrapped (out of memory) is taken out again, so
+    // that an insertion happens whole or not at all; other statuses of the links don't concern it.
+    HRESULT linkGiven(IXMLDOMNode* into, IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                      Ref<IQVRCatalogObject>* inserted);
 
 private:
     Ref<IQVRCatalogObject> child_;

@@ -60,7 +60,7 @@ HRESULT SingletonTool::placeSingleton(IQVRCatalogObject* catalog, IQVRCatalogObj
     else
         node_->get_firstChild(&reference);
     if (FAILED(hr = node_->insertBefore(child.element(), reference, nullptr))) return hr;
-    child.linkGiven(catalog, parent, inserted);
+    if ((hr = child.linkGiven(node_, catalog, parent, inserted)) != S_OK) return hr;
     return S_OK;
 }
 
