@@ -341,7 +341,7 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
             return S_OK;
         }
         Ref<IXMLDOMNode> node;
-        if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
+        if ((hr = selectOneWithValue(root, dom::forms::documentById, id, &node)) != S_OK) return hr;
         return CXMLDOMTool(node).createObject(self(), self(), object);
     });
 }

@@ -32,6 +32,11 @@ HRESULT selectElement(IXMLDOMNode* context, std::string_view head, const String&
     return *element ? S_OK : E_NOINTERFACE;
 }
 
+HRESULT selectElement(IXMLDOMNode* context, const dom::IndexedForm& form, const String& value,
+                      Ref<IXMLDOMElement>* element) {
+    return selectElement(context, form.head, value, form.tail, element);
+}
+
 HRESULT selectUniqueColumn(IXMLDOMNode* document, Ref<IXMLDOMElement>* uniqueColumn) {
     return selectElement(document, "/vCATTable/ColumnUnique", "", "", uniqueColumn);
 }
@@ -44,7 +49,7 @@ HRESULT putIdref(IQVRCatalogObject* cell, const String& id) {
 } // namespace
 
 HRESULT CXMLDOMTool::findRowByValue(const String& key, Ref<IXMLDOMElement>* row) {
-    return selectElement(ownerDocument_, "/vCATTable/ColumnUnique/RowUnique[. = '", key, "']", row);
+    return selectElement(ownerDocument_, dom::forms::tableRowByKey, key, row);
 }
 
 HRESULT CXMLDOMTool::findRowById(const String& id, Ref<IXMLDOMElement>* row) {
@@ -54,13 +59,13 @@ HRESULT CXMLDOMTool::findRowById(const String& id, Ref<IXMLDOMElement>* row) {
         if (row) *row = nullptr;
         return hr;
     }
-    return selectElement(uniqueColumn, "RowUnique[@id='", id, "']", row);
+    return selectElement(uniqueColumn, dom::forms::childRowById, id, row);
 }
 
 HRESULT CXMLDOMTool::findRowByIndex(std::int32_t index, Ref<IXMLDOMElement>* row) {
     // One more than the index: the selection counts its positions from 1.
     const String position(std::to_string(static_cast<std::int64_t>(index) + 1));
-    return selectElement(ownerDocument_, "/vCATTable/ColumnUnique/RowUnique[", position, "]", row);
+    return selectElement(ownerDocument_, dom::forms::tableRowAt, position, row);
 }
 
 HRESULT CXMLDOMTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cells) {
@@ -72,7 +77,7 @@ HRESULT CXMLDOMTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cel
     String id;
     HRESULT hr = row->getAttribute("id", &id);
     if (FAILED(hr)) return hr;
-    hr = selectAllWithValue(ownerDocument_, "/vCATTable//*[@idref='", id, "']", cells);
+    hr = selectAllWithValue(ownerDocument_, dom::forms::tableCellsByIdref, id, cells);
     if (hr != S_OK) return hr;
     return (*cells)->get_length(count);
 }
@@ -90,7 +95,7 @@ HRESULT CXMLDOMTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* 
         String id;
         if (FAILED(hr = row->getAttribute("id", &id))) return hr;
         Ref<IXMLDOMNode> present;
-        hr = selectOneWithValue(node_, "*[@idref = '", id, "']", &present);
+        hr = selectOneWithValue(node_, dom::forms::childByIdref, id, &present);
         if (FAILED(hr)) return hr;
         return present ? QVR_E_DUPLICATE : putIdref(cell, id);
     }

@@ -67,7 +67,7 @@ HRESULT DocumentColumns::name(std::int32_t index, String* name) {
 FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& rowId) {
     Lookup found;
     // For the document this is one selection with both the name and the row id pasted in.
-    const String cellPath = selectionWithValue("*[@idref = '", rowId, "']");
+    const String cellPath = selectionWithValue(dom::forms::childByIdref, rowId);
     if (cellPath.isNull() || !fitsSelection(name)) {
         found.outcome = Lookup::Broken;
         return found;

@@ -67,12 +67,13 @@ xmlNsPtr declarationOf(xmlNodePtr element, const xmlChar* prefix) {
 }
 
 // Brackets a change of an attribute with the lookup tables when they follow it. The name is
-// copied: the attribute may be freed by the change.
+// copied: the attribute may be freed by the change. Any attribute may name its element.
 class TrackedChange {
 public:
     TrackedChange(xmlNodePtr element, const xmlChar* name, bool tracked)
         : element_(tracked ? element : nullptr),
           name_(tracked ? reinterpret_cast<const char*>(name) : "") {
+        Index::namingChanged();
         if (element_) Tree::of(element_)->index().attributeChanging(element_, bytes(name_));
     }
     ~TrackedChange() {

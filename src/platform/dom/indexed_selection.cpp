@@ -8,6 +8,7 @@
 #include <libxml/xpath.h>
 
 #include "platform/dom/index.h"
+#include "platform/dom/indexed_forms.h"
 #include "platform/dom/tree.h"
 
 namespace qvr::dom {
@@ -34,25 +35,26 @@ struct ShapeForm {
     Shape shape;
 };
 
-// The value stands between prefix and suffix. Position forms come last: their prefix is shared.
+// The value stands between prefix and suffix. The model's own forms come first; each is followed
+// by the other spacing people write. Position forms come last: their prefix is shared.
 constexpr ShapeForm kShapeForms[] = {
-    {".//*[@id = '", "']", Shape::DescendantById},
+    {forms::descendantById.head, forms::descendantById.tail, Shape::DescendantById},
     {".//*[@id='", "']", Shape::DescendantById},
-    {"//*[@id = '", "']", Shape::DocumentById},
+    {forms::documentById.head, forms::documentById.tail, Shape::DocumentById},
     {"//*[@id='", "']", Shape::DocumentById},
+    {forms::childById.head, forms::childById.tail, Shape::ChildById},
     {"*[@id='", "']", Shape::ChildById},
-    {"*[@id = '", "']", Shape::ChildById},
-    {"/vCATTable/ColumnUnique/RowUnique[. = '", "']", Shape::TableRowByKey},
+    {forms::tableRowByKey.head, forms::tableRowByKey.tail, Shape::TableRowByKey},
     {"/vCATTable/ColumnUnique/RowUnique[.='", "']", Shape::TableRowByKey},
-    {"RowUnique[@id='", "']", Shape::ChildRowById},
+    {forms::childRowById.head, forms::childRowById.tail, Shape::ChildRowById},
     {"RowUnique[@id = '", "']", Shape::ChildRowById},
-    {"/vCATTable/ColumnUnique/RowUnique[@id='", "']", Shape::TableRowById},
+    {forms::tableRowById.head, forms::tableRowById.tail, Shape::TableRowById},
     {"/vCATTable/ColumnUnique/RowUnique[@id = '", "']", Shape::TableRowById},
-    {"/vCATTable//*[@idref='", "']", Shape::TableCellsByIdref},
+    {forms::tableCellsByIdref.head, forms::tableCellsByIdref.tail, Shape::TableCellsByIdref},
     {"/vCATTable//*[@idref = '", "']", Shape::TableCellsByIdref},
-    {"*[@idref = '", "']", Shape::ChildByIdref},
+    {forms::childByIdref.head, forms::childByIdref.tail, Shape::ChildByIdref},
     {"*[@idref='", "']", Shape::ChildByIdref},
-    {"/vCATTable/ColumnUnique/RowUnique[", "]", Shape::TableRowAt},
+    {forms::tableRowAt.head, forms::tableRowAt.tail, Shape::TableRowAt},
 };
 
 // Positions with more digits are left to XPath.

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "dom_test_support.h"
+#include "platform/dom/indexed_forms.h"
 #include "platform/dom/indexed_selection.h"
 
 namespace qvr {
@@ -342,3 +343,39 @@ TEST(DomIndex, RowsByPlaceFollowInsertionsAndRemovals) {
 
 } // namespace
 } // namespace qvr::dom
+
+namespace qvr {
+namespace {
+
+// Each form the model builds its selections from is answered by the tables, with XPath's nodes.
+TEST(DomIndex, EveryModelFormIsAnsweredFromTheTables) {
+    struct Case {
+        const char* context; // selected from the document
+        const char* value;
+    };
+    const auto doc = parseXml(kTable);
+    auto caseOf = [](const dom::IndexedForm& form) -> Case {
+        namespace f = dom::forms;
+        if (form.head == f::tableRowByKey.head) return {"/", "B"};
+        if (form.head == f::tableRowAt.head) return {"/", "2"};
+        if (form.head == f::childRowById.head || form.head == f::childById.head)
+            return {"//ColumnUnique", "R2"};
+        if (form.head == f::childByIdref.head) return {"//Column", "R2"};
+        if (form.head == f::tableCellsByIdref.head) return {"/", "R2"};
+        return {"/vCATTable", "R1"};
+    };
+    for (const dom::IndexedForm& form : dom::forms::all) {
+        const Case c = caseOf(form);
+        Ref<IXMLDOMNode> context;
+        ASSERT_EQ(doc->selectSingleNode(c.context, &context), S_OK);
+        const std::string text = form.text(c.value);
+        const std::uint64_t before = IndexedSelection::answeredCount();
+        const Answer indexed = ask(context, text, true);
+        EXPECT_EQ(IndexedSelection::answeredCount() - before, 2u) << text;
+        EXPECT_FALSE(indexed.nodes.empty()) << text;
+        EXPECT_TRUE(indexed == ask(context, text, false)) << text;
+    }
+}
+
+} // namespace
+} // namespace qvr
