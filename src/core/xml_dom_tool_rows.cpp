@@ -38,7 +38,7 @@ HRESULT selectElement(IXMLDOMNode* context, const dom::IndexedForm& form, const 
 }
 
 HRESULT selectUniqueColumn(IXMLDOMNode* document, Ref<IXMLDOMElement>* uniqueColumn) {
-    return selectElement(document, "/vCATTable/ColumnUnique", "", "", uniqueColumn);
+    return selectElement(document, dom::forms::tableUniqueColumn, "", uniqueColumn);
 }
 
 HRESULT putIdref(IQVRCatalogObject* cell, const String& id) {

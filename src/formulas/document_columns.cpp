@@ -23,7 +23,8 @@ HRESULT DocumentColumns::count(std::int32_t* count) {
     columns_.clear();
     if (!document_) return E_FAIL;
     Ref<IXMLDOMNodeList> list;
-    HRESULT hr = document_->selectNodes("/vCATTable/Column | /vCATTable/ColumnConst", &list);
+    HRESULT hr = document_->selectNodes(
+        String(dom::forms::tableValueColumns.text(std::string_view())), &list);
     if (FAILED(hr)) return hr;
     std::int32_t length = 0;
     if (FAILED(hr = list->get_length(&length))) return hr;

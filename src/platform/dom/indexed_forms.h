@@ -40,10 +40,16 @@ inline constexpr IndexedForm tableRowAt{"/vCATTable/ColumnUnique/RowUnique[", "]
 inline constexpr IndexedForm tableCellsByIdref{"/vCATTable//*[@idref='", "']"};
 inline constexpr IndexedForm childByIdref{"*[@idref = '", "']"};
 
+// The columns of a table that need no lookup table, only the root's children: its unique column,
+// and its columns of values (plain and constant, in document order). They take no value.
+inline constexpr IndexedForm tableUniqueColumn{"/vCATTable/ColumnUnique", ""};
+inline constexpr IndexedForm tableValueColumns{"/vCATTable/Column | /vCATTable/ColumnConst", ""};
+
 // Every form above.
 inline constexpr IndexedForm all[] = {
-    descendantById, documentById, childById,         tableRowByKey, childRowById,
-    tableRowById,   tableRowAt,   tableCellsByIdref, childByIdref,
+    descendantById, documentById,      childById,         tableRowByKey,
+    childRowById,   tableRowById,      tableRowAt,        tableCellsByIdref,
+    childByIdref,   tableUniqueColumn, tableValueColumns,
 };
 
 } // namespace forms

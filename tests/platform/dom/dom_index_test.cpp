@@ -24,8 +24,8 @@ constexpr const char* kTable =
 
 const char* const kIds[] = {"R1", "R2", "R3", "R4", "C0", "C1", "X"};
 const char* const kKeys[] = {"A", "B", "C", "", "1"};
-const char* const kTags[] = {"RowUnique",    "RowUnique", "Row",       "Drawing",
-                             "ColumnUnique", "Column",    "vCATTable", "Other"};
+const char* const kTags[] = {"RowUnique", "RowUnique", "Row",         "Drawing", "ColumnUnique",
+                             "Column",    "vCATTable", "ColumnConst", "Other"};
 
 // Every shape the tables answer, with {} where the value goes.
 const char* const kShapes[] = {
@@ -45,6 +45,10 @@ const char* const kShapes[] = {
     "*[@idref = '{}']",
     "*[@idref='{}']",
     "/vCATTable/ColumnUnique/RowUnique[{}]",
+    "/vCATTable/ColumnUnique{}",
+    "ColumnUnique{}",
+    "Row{}",
+    "/vCATTable/Column | /vCATTable/ColumnConst{}",
 };
 
 std::string fill(const char* shape, const std::string& value) {
@@ -210,6 +214,7 @@ public:
 
     std::string randomQuery() {
         const char* shape = anyOf(kShapes);
+        if (std::string(shape).ends_with("{}")) return fill(shape, "");
         if (std::string(shape).find("[{}]") != std::string::npos)
             return fill(shape, std::to_string(pick(5)));
         if (std::string(shape).find(". = ") != std::string::npos ||
@@ -362,6 +367,7 @@ TEST(DomIndex, EveryModelFormIsAnsweredFromTheTables) {
             return {"//ColumnUnique", "R2"};
         if (form.head == f::childByIdref.head) return {"//Column", "R2"};
         if (form.head == f::tableCellsByIdref.head) return {"/", "R2"};
+        if (form.tail.empty()) return {"/", ""};
         return {"/vCATTable", "R1"};
     };
     for (const dom::IndexedForm& form : dom::forms::all) {
