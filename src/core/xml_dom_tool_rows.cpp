@@ -11,6 +11,7 @@
 #include <qvr/table.h>
 
 #include "core/event_firing.h"
+#include "core/event_sinks.h"
 #include "core/ids.h"
 #include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
@@ -150,6 +151,8 @@ HRESULT CXMLDOMTool::removeRowForCell(IQVRCatalogObject* cell) {
 
 HRESULT CXMLDOMTool::fireRowEvent(IQVRCatalogObject* table, const Variant& position,
                                   std::int32_t event) {
+    // The row's wrappers are made for the sinks only.
+    if (!EventSinks::anyAdvised()) return S_OK;
     Ref<IQVRCatalogTable> root = query<IQVRCatalogTable>(table);
     if (!root) return E_NOINTERFACE;
     Ref<IQVRTableUniqueColumn> uniqueColumn;
