@@ -24,6 +24,7 @@
 #include <qvr/object.h>
 #include <qvr/object_list.h>
 #include <qvr/stream.h>
+#include <qvr/supplier.h>
 #include <qvr/table_cache.h>
 
 namespace qvr {
@@ -58,6 +59,10 @@ public:
     // The table cache (qvr/table_cache.h): the open tables of the catalog's parts. It lives as
     // long as the catalog and needs no document.
     virtual HRESULT get_tables(Ref<IQVRCatalogObjectList>* tables) = 0;
+    virtual HRESULT get_orderInfo(Ref<IQVRCatalogOrderInfo>* orderInfo) = 0;
+    virtual HRESULT putref_orderInfo(IQVRCatalogObject* orderInfo) = 0;
+    virtual HRESULT get_supplier(Ref<IQVRCatalogSupplier>* supplier) = 0;
+    virtual HRESULT putref_supplier(IQVRCatalogObject* supplier) = 0;
     // The folder URL against which relative references resolve, with a trailing "/".
     virtual HRESULT get_baseUrl(String* baseUrl) = 0;
     // A path is stored in its URL form. A value that already is a URL is stored as it is and
@@ -103,6 +108,19 @@ public:
                                 Ref<IQVRCatalogClass>* classObject) = 0;
     virtual HRESULT createClassifications(IQVRCatalogObject* classObject,
                                           Ref<IQVRCatalogClassifications>* classifications) = 0;
+    virtual HRESULT createOrderInfo(const Variant& effDate, const Variant& expDate,
+                                    IQVRCatalogObject* availability,
+                                    Ref<IQVRCatalogOrderInfo>* orderInfo) = 0;
+    virtual HRESULT createAvailability(IQVRCatalogObject* countryCode,
+                                       Ref<IQVRCatalogAvailability>* availability) = 0;
+    virtual HRESULT createCountryCode(const String& code, const String& value,
+                                      Ref<IQVRCatalogCountryCode>* countryCode) = 0;
+    virtual HRESULT createOrderTarget(IQVRCatalogObject* target,
+                                      Ref<IQVRCatalogOrderTarget>* orderTarget) = 0;
+    virtual HRESULT createOrderMethod(IQVRCatalogObject* orderTarget, const String& protocol,
+                                      Ref<IQVRCatalogOrderMethod>* orderMethod) = 0;
+    virtual HRESULT createOrderMethods(IQVRCatalogObject* orderMethod,
+                                       Ref<IQVRCatalogOrderMethods>* orderMethods) = 0;
     // `country` is the calling code's text and may be null; the others are required.
     virtual HRESULT createTelephoneNumber(const String& country, const String& isoCountryCode,
                                           const String& areaOrCityCode, const String& number,
@@ -125,6 +143,23 @@ public:
                                   IQVRCatalogObject* postalAddress, IQVRCatalogObject* email,
                                   IQVRCatalogObject* phone, IQVRCatalogObject* fax,
                                   Ref<IQVRCatalogAddress>* address) = 0;
+    virtual HRESULT createSupplierLocation(IQVRCatalogObject* address,
+                                           IQVRCatalogObject* orderMethods,
+                                           Ref<IQVRCatalogSupplierLocation>* location) = 0;
+    virtual HRESULT createSupplierID(const String& domain, const String& value,
+                                     Ref<IQVRCatalogSupplierID>* id) = 0;
+    virtual HRESULT createSupplierIDs(IQVRCatalogObject* id, Ref<IQVRCatalogSupplierIDs>* ids) = 0;
+    virtual HRESULT createECommerceCenterID(const String& domain, const String& value,
+                                            Ref<IQVRCatalogECommerceCenterID>* id) = 0;
+    virtual HRESULT createECommerceCenterIDs(IQVRCatalogObject* id,
+                                             Ref<IQVRCatalogECommerceCenterIDs>* ids) = 0;
+    // The groups may be null; the location may not (appendChild answers E_POINTER).
+    virtual HRESULT createSupplier(const String& name, const String& desc,
+                                   IQVRCatalogObject* images, IQVRCatalogObject* link,
+                                   IQVRCatalogObject* documents, IQVRCatalogObject* supplierIDs,
+                                   IQVRCatalogObject* eCommerceCenterIDs,
+                                   IQVRCatalogObject* location,
+                                   Ref<IQVRCatalogSupplier>* supplier) = 0;
     // An empty Extrinsics: it is the one group that may be.
     virtual HRESULT createExtrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) = 0;
     virtual HRESULT createExtrinsic(const String& name, Ref<IQVRCatalogExtrinsic>* extrinsic) = 0;
@@ -132,7 +167,9 @@ public:
     // number; any other number arrives as onObjectInserted.
     virtual HRESULT fireEvent(std::int32_t event, IQVRCatalogObject* subject,
                               const Variant& position, VARIANT_BOOL* result) = 0;
-    // The element whose `id` is `id` (a GUID text of 36 characters), anywhere in the document.
+    // The element whose `id` is `id` (a GUID text of 36 characters), anywhere in the document,
+    // with the catalog as its parent whatever its true parent is. Shorter than 35 characters:
+    // E_INVALIDARG unsearched. The catalog's own id matches in any case, others exactly.
     virtual HRESULT findById(const String& id, Ref<IQVRCatalogObject>* object) = 0;
     // Adds a sink; the catalog holds it until unadvise.
     virtual HRESULT advise(IQVRCatalogEvents* sink, std::uint32_t* cookie) = 0;

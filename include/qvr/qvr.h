@@ -15,6 +15,7 @@
 #include <qvr/order.h>
 #include <qvr/stream.h>
 #include <qvr/string.h>
+#include <qvr/supplier.h>
 #include <qvr/table.h>
 #include <qvr/table_cache.h>
 #include <qvr/table_cells.h>

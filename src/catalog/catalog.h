@@ -71,6 +71,18 @@ public:
         return putGroup("Documents", documents);
     }
     HRESULT get_tables(Ref<IQVRCatalogObjectList>* tables) override;
+    HRESULT get_orderInfo(Ref<IQVRCatalogOrderInfo>* orderInfo) override {
+        return getGroup("OrderInfo", orderInfo);
+    }
+    HRESULT putref_orderInfo(IQVRCatalogObject* orderInfo) override {
+        return putGroup("OrderInfo", orderInfo);
+    }
+    HRESULT get_supplier(Ref<IQVRCatalogSupplier>* supplier) override {
+        return getGroup("Supplier", supplier);
+    }
+    HRESULT putref_supplier(IQVRCatalogObject* supplier) override {
+        return putGroup("Supplier", supplier);
+    }
     HRESULT get_baseUrl(String* baseUrl) override;
     HRESULT put_baseUrl(const String& baseUrl) override;
     HRESULT get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) override;
@@ -99,6 +111,19 @@ public:
                         Ref<IQVRCatalogClass>* classObject) override;
     HRESULT createClassifications(IQVRCatalogObject* classObject,
                                   Ref<IQVRCatalogClassifications>* classifications) override;
+    HRESULT createOrderInfo(const Variant& effDate, const Variant& expDate,
+                            IQVRCatalogObject* availability,
+                            Ref<IQVRCatalogOrderInfo>* orderInfo) override;
+    HRESULT createAvailability(IQVRCatalogObject* countryCode,
+                               Ref<IQVRCatalogAvailability>* availability) override;
+    HRESULT createCountryCode(const String& code, const String& value,
+                              Ref<IQVRCatalogCountryCode>* countryCode) override;
+    HRESULT createOrderTarget(IQVRCatalogObject* target,
+                              Ref<IQVRCatalogOrderTarget>* orderTarget) override;
+    HRESULT createOrderMethod(IQVRCatalogObject* orderTarget, const String& protocol,
+                              Ref<IQVRCatalogOrderMethod>* orderMethod) override;
+    HRESULT createOrderMethods(IQVRCatalogObject* orderMethod,
+                               Ref<IQVRCatalogOrderMethods>* orderMethods) override;
     HRESULT createTelephoneNumber(const String& country, const String& isoCountryCode,
                                   const String& areaOrCityCode, const String& number,
                                   const String& extension,
@@ -118,6 +143,20 @@ public:
                           IQVRCatalogObject* postalAddress, IQVRCatalogObject* email,
                           IQVRCatalogObject* phone, IQVRCatalogObject* fax,
                           Ref<IQVRCatalogAddress>* address) override;
+    HRESULT createSupplierLocation(IQVRCatalogObject* address, IQVRCatalogObject* orderMethods,
+                                   Ref<IQVRCatalogSupplierLocation>* location) override;
+    HRESULT createSupplierID(const String& domain, const String& value,
+                             Ref<IQVRCatalogSupplierID>* id) override;
+    HRESULT createSupplierIDs(IQVRCatalogObject* id, Ref<IQVRCatalogSupplierIDs>* ids) override;
+    HRESULT createECommerceCenterID(const String& domain, const String& value,
+                                    Ref<IQVRCatalogECommerceCenterID>* id) override;
+    HRESULT createECommerceCenterIDs(IQVRCatalogObject* id,
+                                     Ref<IQVRCatalogECommerceCenterIDs>* ids) override;
+    HRESULT createSupplier(const String& name, const String& desc, IQVRCatalogObject* images,
+                           IQVRCatalogObject* link, IQVRCatalogObject* documents,
+                           IQVRCatalogObject* supplierIDs, IQVRCatalogObject* eCommerceCenterIDs,
+                           IQVRCatalogObject* location,
+                           Ref<IQVRCatalogSupplier>* supplier) override;
     HRESULT createExtrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) override;
     HRESULT createExtrinsic(const String& name, Ref<IQVRCatalogExtrinsic>* extrinsic) override;
     HRESULT findById(const String& id, Ref<IQVRCatalogObject>* object) override;
@@ -133,8 +172,17 @@ private:
     HRESULT saveTables();
     // The group `tag` of the root, wrapped with the catalog as catalog and parent; none: S_FALSE
     // and null.
+    HRESULT getGroup(const char* tag, Ref<IQVRCatalogObject>* group);
     template <class I>
-    HRESULT getGroup(const char* tag, Ref<I>* group);
+    HRESULT getGroup(const char* tag, Ref<I>* group) {
+        if (!group) return E_POINTER;
+        *group = nullptr;
+        Ref<IQVRCatalogObject> found;
+        HRESULT hr = getGroup(tag, &found);
+        if (hr != S_OK) return hr;
+        *group = query<I>(found);
+        return *group ? S_OK : E_NOINTERFACE;
+    }
     // Sets, replaces or (null) removes the group `tag`; a new one lands right behind the last
     // group ahead of it in the root's order, or first without Desc. Told also when nothing was
     // done.
@@ -144,6 +192,9 @@ private:
     // null.
     template <class T, class I, class Fill>
     HRESULT newElementObject(Ref<I>* out, bool required, Fill&& fill);
+    // A SupplierID or an ECommerceCenterID of class T.
+    template <class T, class I>
+    HRESULT newDomainValue(const String& domain, const String& value, Ref<I>* id);
 
     IUnknown* host_ = nullptr; // opaque and not counted: the host keeps itself alive
     // The open tables of the catalog's parts; made with the catalog, lives as long as it.

@@ -1,6 +1,7 @@
 // What chapters and parts share: a `name`, a `visible` flag, the text of their Desc child and the
-// optional groups that stand below them in a fixed order. The two interfaces list these
-// operations in different orders, so the implementations stand here once, over either.
+// optional groups that stand below them in a fixed order; the media groups a supplier shares too.
+// The two interfaces list these operations in different orders, so the implementations stand here
+// once, over either.
 #pragma once
 
 #include <qvr/content.h>
@@ -15,8 +16,35 @@ inline constexpr const char* groupOrder[] = {"Desc",      "Images",         "Lin
                                              "Documents", "ActiveXs",       "Extrinsics",
                                              "OrderInfo", "Classifications"};
 
+// The three media groups (Images, Link, Documents) of an element whose children stand in
+// `Order`: each lands at its place in that order, whatever kind of object it is given.
+template <class Base, const auto& Order>
+class MediaGroups : public Base {
+public:
+    HRESULT get_images(Ref<IQVRCatalogImages>* images) override {
+        return accessors::getSingleton(*this, "Images", images);
+    }
+    HRESULT putref_images(IQVRCatalogObject* images) override { return putGroup("Images", images); }
+    HRESULT get_link(Ref<IQVRCatalogLink>* link) override {
+        return accessors::getSingleton(*this, "Link", link);
+    }
+    HRESULT putref_link(IQVRCatalogObject* link) override { return putGroup("Link", link); }
+    HRESULT get_documents(Ref<IQVRCatalogDocuments>* documents) override {
+        return accessors::getSingleton(*this, "Documents", documents);
+    }
+    HRESULT putref_documents(IQVRCatalogObject* documents) override {
+        return putGroup("Documents", documents);
+    }
+
+protected:
+    // Sets, replaces or removes the group `name` at its place in the order.
+    HRESULT putGroup(const char* name, IQVRCatalogObject* group) {
+        return accessors::putSingletonInOrder(*this, name, group, Order);
+    }
+};
+
 template <class Base>
-class DescriptiveElement : public Base {
+class DescriptiveElement : public MediaGroups<Base, groupOrder> {
 public:
     HRESULT get_name(String* name) override { return accessors::getAttribute(*this, "name", name); }
     HRESULT put_name(const String& name) override {
@@ -33,31 +61,11 @@ public:
     HRESULT put_desc(const String& desc) override {
         return accessors::putExistingChildText(*this, "Desc", desc);
     }
-    HRESULT get_images(Ref<IQVRCatalogImages>* images) override {
-        return accessors::getSingleton(*this, "Images", images);
-    }
-    HRESULT putref_images(IQVRCatalogObject* images) override { return putGroup("Images", images); }
-    HRESULT get_link(Ref<IQVRCatalogLink>* link) override {
-        return accessors::getSingleton(*this, "Link", link);
-    }
-    HRESULT putref_link(IQVRCatalogObject* link) override { return putGroup("Link", link); }
-    HRESULT get_documents(Ref<IQVRCatalogDocuments>* documents) override {
-        return accessors::getSingleton(*this, "Documents", documents);
-    }
-    HRESULT putref_documents(IQVRCatalogObject* documents) override {
-        return putGroup("Documents", documents);
-    }
     HRESULT get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) override {
         return accessors::getSingleton(*this, "Extrinsics", extrinsics);
     }
     HRESULT putref_extrinsics(IQVRCatalogObject* extrinsics) override {
-        return putGroup("Extrinsics", extrinsics);
-    }
-
-protected:
-    // Sets, replaces or removes the group `name` at its place in the group order.
-    HRESULT putGroup(const char* name, IQVRCatalogObject* group) {
-        return accessors::putSingletonInOrder(*this, name, group, groupOrder);
+        return this->putGroup("Extrinsics", extrinsics);
     }
 };
 

@@ -89,6 +89,11 @@ HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const Strin
 HRESULT putKeyAttribute(ObjectFrame& object, const char* name, const String& value,
                         bool (*valid)(const String&), Msg invalidMessage) noexcept {
     if (value.isEmpty()) return putClearableAttribute(object, name, value);
+    return putUniqueAttribute(object, name, value, valid, invalidMessage);
+}
+
+HRESULT putUniqueAttribute(ObjectFrame& object, const char* name, const String& value,
+                           bool (*valid)(const String&), Msg invalidMessage) noexcept {
     return onElement(object, [&](IXMLDOMElement* element) {
         if (valid && !valid(value)) return object.report(invalidMessage);
         // Among the parent's children; without a parent the tool is empty and finds no sibling.
@@ -235,6 +240,37 @@ HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const Stri
     });
 }
 
+HRESULT getDateChild(ObjectFrame& object, const char* child, Variant* date) noexcept {
+    return onElement(object, date, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (hr != S_OK) return hr;
+        String text;
+        if ((hr = node->get_text(&text)) != S_OK) return hr;
+        Variant read;
+        if ((hr = changeType(&read, Variant(std::move(text)), LOCALE_USER_DEFAULT, 0, VT_DATE)) ==
+            S_OK)
+            *date = std::move(read);
+        return hr;
+    });
+}
+
+HRESULT putDateChild(ObjectFrame& object, const char* child, const Variant& date,
+                     ChildNames followers) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (FAILED(hr)) return hr;
+        // What a caller's left-out argument gives counts as no date.
+        if (date.vt() == VT_EMPTY || date.vt() == VT_ERROR)
+            return node ? changed(object, CXMLDOMTool(element).removeNode(node)) : S_OK;
+        Variant text;
+        if ((hr = changeType(&text, date, LOCALE_USER_DEFAULT, 0, VT_BSTR)) != S_OK) return hr;
+        hr = writeTextChild(element, node, child, text.str(), followers);
+        return changed(object, FAILED(hr) ? hr : S_OK);
+    });
+}
+
 HRESULT getCodedChildText(ObjectFrame& object, const char* child, String* code,
                           String* text) noexcept {
     return onElement(object, text, [&](IXMLDOMElement* element) {
@@ -312,6 +348,12 @@ HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* 
         }
         return changed(object, FAILED(hr) ? hr : S_OK);
     });
+}
+
+HRESULT putRequiredSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
+                             ChildNames predecessors) noexcept {
+    if (!value) return E_POINTER;
+    return putSingleton(object, child, value, predecessors);
 }
 
 const char* lastPresentChild(IXMLDOMElement* element, ChildNames names, const char* fallback) {

@@ -51,6 +51,11 @@ HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const Strin
 // (msgDuplicateId); the element's own value passes, and so does any value while it has no parent.
 HRESULT putKeyAttribute(ObjectFrame& object, const char* name, const String& value,
                         bool (*valid)(const String&) = nullptr, Msg invalidMessage = {}) noexcept;
+// The same for a key that is never removed: an empty text is a value like any other, checked
+// and stored.
+HRESULT putUniqueAttribute(ObjectFrame& object, const char* name, const String& value,
+                           bool (*valid)(const String&) = nullptr,
+                           Msg invalidMessage = {}) noexcept;
 // Numbered attribute property: the attribute holds one of `texts` and reads as its index. A text
 // that matches none (compared exactly) reads as the last index. Setting an index outside `texts`
 // is E_INVALIDARG.
@@ -85,7 +90,6 @@ HRESULT putReferenceText(ObjectFrame& object, const String& text) noexcept;
 // null text is E_INVALIDARG.
 HRESULT getReferenceAttribute(ObjectFrame& object, const char* name, String* text) noexcept;
 HRESULT putReferenceAttribute(ObjectFrame& object, const char* name, const String& text) noexcept;
-
 // Child-text property, read: absent child gives S_FALSE and `text` not written.
 HRESULT getChildText(ObjectFrame& object, const char* child, String* text) noexcept;
 // Sets the text of an existing child only: without one, S_FALSE and no event.
@@ -124,6 +128,15 @@ HRESULT wrapSelected(IXMLDOMElement* element, const char* xpath, IQVRCatalogObje
     return *object ? S_OK : E_NOINTERFACE;
 }
 
+// Date child property: the child's text read as a date under the user's locale. Absent:
+// S_FALSE; a text that is no date: the conversion's status; `date` is written only at S_OK.
+HRESULT getDateChild(ObjectFrame& object, const char* child, Variant* date) noexcept;
+// Stores the value's text under the user's locale, making the child ahead of the first of
+// `followers` that exists when there is none. An empty or missing value removes the child; when
+// there is none, nothing happens and nothing fires.
+HRESULT putDateChild(ObjectFrame& object, const char* child, const Variant& date,
+                     ChildNames followers) noexcept;
+
 // Singleton property: the child `child` wrapped with this object as parent; absent: S_FALSE and
 // null.
 HRESULT getSingleton(ObjectFrame& object, const char* child,
@@ -143,6 +156,9 @@ HRESULT getSingleton(ObjectFrame& object, const char* child, Ref<I>* value) noex
 // Roots place their singletons the same way (lastPresentChild).
 HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
                      ChildNames predecessors) noexcept;
+// A singleton that, once set, can be replaced but not removed: null gives E_POINTER.
+HRESULT putRequiredSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
+                             ChildNames predecessors) noexcept;
 // The same for a class with a child order: the predecessors are the names ahead of `child`.
 inline HRESULT putSingletonInOrder(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
                                    ChildNames order) noexcept {

@@ -5,7 +5,10 @@
 #include "content/classification.h"
 #include "content/contact.h"
 #include "content/media.h"
+#include "content/order_info.h"
+#include "content/order_method.h"
 #include "content/part.h"
+#include "content/supplier.h"
 #include "content/url.h"
 #include "core/object_factory.h"
 #include "core/object_types.h"
@@ -34,9 +37,9 @@ constexpr TagRow tagTable[] = {
     {"Link", qvrLink, &createWrapper<CQVRCatalogLink>},
     {"Class", qvrClass, &createWrapper<CQVRCatalogClass>},
     {"Classifications", qvrClassifications, &createWrapper<CQVRCatalogClassifications>},
-    {"OrderInfo", qvrOrderInfo, nullptr},
-    {"Availability", qvrAvailability, nullptr},
-    {"CountryCode", qvrCountryCode, nullptr},
+    {"OrderInfo", qvrOrderInfo, &createWrapper<CQVRCatalogOrderInfo>},
+    {"Availability", qvrAvailability, &createWrapper<CQVRCatalogAvailability>},
+    {"CountryCode", qvrCountryCode, &createWrapper<CQVRCatalogCountryCode>},
     {"Document", qvrDocument, &createWrapper<CQVRCatalogDocument>},
     {"Documents", qvrDocuments, &createWrapper<CQVRCatalogDocuments>},
     {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
@@ -49,9 +52,9 @@ constexpr TagRow tagTable[] = {
     {"ColumnConstView", qvrConstView, nullptr},
     {"ColumnConst", qvrConstColumn, &createWrapper<CQVRTableConstColumn>},
     {"ColumnCalc", qvrCalculatedColumn, &createWrapper<CQVRTableCalculatedColumn>},
-    {"OrderTarget", qvrOrderTarget, nullptr},
-    {"OrderMethod", qvrOrderMethod, nullptr},
-    {"OrderMethods", qvrOrderMethods, nullptr},
+    {"OrderTarget", qvrOrderTarget, &createWrapper<CQVRCatalogOrderTarget>},
+    {"OrderMethod", qvrOrderMethod, &createWrapper<CQVRCatalogOrderMethod>},
+    {"OrderMethods", qvrOrderMethods, &createWrapper<CQVRCatalogOrderMethods>},
     {"TelephoneNumber", qvrTelephoneNumber, &createWrapper<CQVRCatalogTelephoneNumber>},
     {"Phone", qvrPhone, &createWrapper<CQVRCatalogPhone>},
     {"Fax", qvrFax, &createWrapper<CQVRCatalogFax>},
@@ -59,12 +62,12 @@ constexpr TagRow tagTable[] = {
     {"Street", qvrStreet, &createWrapper<CQVRCatalogStreet>},
     {"PostalAddress", qvrPostalAddress, &createWrapper<CQVRCatalogPostalAddress>},
     {"Address", qvrAddress, &createWrapper<CQVRCatalogAddress>},
-    {"SupplierLocation", qvrSupplierLocation, nullptr},
-    {"SupplierID", qvrSupplierID, nullptr},
-    {"SupplierIDs", qvrSupplierIDs, nullptr},
-    {"ECommerceCenterID", qvrECommerceCenterID, nullptr},
-    {"ECommerceCenterIDs", qvrECommerceCenterIDs, nullptr},
-    {"Supplier", qvrSupplier, nullptr},
+    {"SupplierLocation", qvrSupplierLocation, &createWrapper<CQVRCatalogSupplierLocation>},
+    {"SupplierID", qvrSupplierID, &createWrapper<CQVRCatalogSupplierID>},
+    {"SupplierIDs", qvrSupplierIDs, &createWrapper<CQVRCatalogSupplierIDs>},
+    {"ECommerceCenterID", qvrECommerceCenterID, &createWrapper<CQVRCatalogECommerceCenterID>},
+    {"ECommerceCenterIDs", qvrECommerceCenterIDs, &createWrapper<CQVRCatalogECommerceCenterIDs>},
+    {"Supplier", qvrSupplier, &createWrapper<CQVRCatalogSupplier>},
     {"ColumnUnique", qvrUniqueColumn, &createWrapper<CQVRTableUniqueColumn>},
     {"RowUnique", qvrInfoCell, &createWrapper<CQVRTableInfoCell>},
     {"Extrinsics", qvrExtrinsics, &createWrapper<CQVRCatalogExtrinsics>},

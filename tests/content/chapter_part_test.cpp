@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "common/catalog_fixture.h"
-#include "common/stand_in_classes.h"
 
 namespace qvr::testing {
 namespace {
@@ -106,9 +105,11 @@ TEST(ChapterAndPart, GroupsLandAtTheirPlaceInTheChildOrder) {
     ASSERT_EQ(catalog->createClassifications(etim, &classes), S_OK);
     Ref<IQVRCatalogImages> images;
     ASSERT_EQ(catalog->createImages(newImage(catalog, "m8.png"), &images), S_OK);
+    Ref<IQVRCatalogOrderInfo> orderInfo;
+    ASSERT_EQ(catalog->createOrderInfo(Variant(), Variant(), nullptr, &orderInfo), S_OK);
     Listener listener(catalog);
 
-    ASSERT_EQ(part->putref_orderInfo(makeStandIn<StandInOrderInfo>(catalog)->self()), S_OK);
+    ASSERT_EQ(part->putref_orderInfo(orderInfo), S_OK);
     ASSERT_EQ(part->putref_classifications(classes), S_OK);
     ASSERT_EQ(part->putref_images(images), S_OK);
     EXPECT_EQ(childTags(part), "Desc Images OrderInfo Classifications TableRef");

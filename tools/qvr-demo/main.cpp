@@ -1,7 +1,9 @@
 // The demo: what a client of the library does, from an empty folder to a catalog read back.
 //
 //   1. In a fresh temporary folder it builds a catalog of fasteners: chapters, parts, and for each
-//      part a table with plain, const and calculated columns and a few rows.
+//      part a table with plain, const and calculated columns and a few rows; the catalog names
+//      its supplier with the ways to order from it, and tells when and where its parts can be
+//      ordered.
 //   2. It edits the catalog while a listener hears every change, then saves the catalog, which
 //      writes the open tables first.
 //   3. It loads the files as a new client would and prints the tree, and each part's table with
@@ -61,6 +63,11 @@ const DemoPart demoParts[] = {
     {"Hexagon head bolts", "Hex bolt M10", "hex-bolt-m10.xml", "M10", 10.0, {30, 50}},
     {"Socket head cap screws", "Socket screw M6", "socket-screw-m6.xml", "M6", 6.0, {16, 25}},
 };
+
+// When and where the catalog's parts can be ordered: ISO country code and name.
+const DATE orderableFrom = 46082.0;  // 2026-03-01
+const DATE orderableUntil = 46752.0; // 2027-12-31
+const char* const availableIn[][2] = {{"DE", "Germany"}, {"AT", "Austria"}, {"CH", "Switzerland"}};
 
 // --- Small helpers -------------------------------------------------------------------------
 
@@ -188,12 +195,92 @@ void giveTable(IQVRCatalogPart* part, const DemoPart& plan, const std::string& f
     check(part->setTableLocation(folder, "", plan.file), "make the reference relative");
 }
 
+// The supplier: its identifiers and one location, an address reached by mail, web and phone.
+void giveSupplier(IQVRCatalog* catalog) {
+    Ref<IQVRCatalogStreet> street;
+    Ref<IQVRCatalogPostalAddress> postal;
+    Ref<IQVRCatalogEmail> email, orderEmail;
+    Ref<IQVRCatalogTelephoneNumber> number, orderNumber;
+    Ref<IQVRCatalogPhone> phone, orderPhone;
+    Ref<IQVRCatalogAddress> address;
+    check(catalog->createStreet("Werkstrasse 12", &street), "create the street");
+    check(catalog->createPostalAddress("HQ", "Stuttgart", "Germany", "DE", street,
+                                       "Baden-Wuerttemberg", "70173", &postal),
+          "create the postal address");
+    check(catalog->createEmail("Office", "office@fastener-works.example", &email),
+          "create the e-mail address");
+    check(catalog->createTelephoneNumber("49", "DE", "711", "5550100", "0", &number),
+          "create the telephone number");
+    check(catalog->createPhone("Office", number, &phone), "create the phone");
+    check(catalog->createAddress("Fastener Works GmbH", "DE", postal, email, phone, nullptr,
+                                 &address),
+          "create the address");
+
+    // One order method per way in: each target is its own element.
+    Ref<IQVRCatalogURL> shop;
+    check(catalog->createEmail("Orders", "orders@fastener-works.example", &orderEmail),
+          "create the order e-mail address");
+    check(catalog->createURL("https://shop.fastener-works.example/", "Web shop", "en", &shop),
+          "create the shop's URL");
+    check(catalog->createTelephoneNumber("49", "DE", "711", "5550100", "200", &orderNumber),
+          "create the order line");
+    check(catalog->createPhone("Order line", orderNumber, &orderPhone), "create the order phone");
+    Ref<IQVRCatalogOrderMethods> methods;
+    const std::pair<IQVRCatalogObject*, const char*> ways[] = {
+        {orderEmail.get(), "SMTP"}, {shop.get(), "HTTPS"}, {orderPhone.get(), "Voice"}};
+    for (const auto& [target, protocol] : ways) {
+        Ref<IQVRCatalogOrderTarget> orderTarget;
+        Ref<IQVRCatalogOrderMethod> method;
+        check(catalog->createOrderTarget(target, &orderTarget), "create an order target");
+        check(catalog->createOrderMethod(orderTarget, protocol, &method), "create an order method");
+        if (!methods)
+            check(catalog->createOrderMethods(method, &methods), "create the order methods");
+        else
+            check(methods->appendChild(method, nullptr), "add an order method");
+    }
+    Ref<IQVRCatalogSupplierLocation> location;
+    check(catalog->createSupplierLocation(address, methods, &location), "create the location");
+
+    Ref<IQVRCatalogSupplierID> duns;
+    Ref<IQVRCatalogSupplierIDs> ids;
+    Ref<IQVRCatalogECommerceCenterID> gln;
+    Ref<IQVRCatalogECommerceCenterIDs> centerIds;
+    check(catalog->createSupplierID("DUNS", "315843217", &duns), "create the supplier id");
+    check(catalog->createSupplierIDs(duns, &ids), "create the supplier ids");
+    check(catalog->createECommerceCenterID("GLN", "4012345000009", &gln), "create the GLN");
+    check(catalog->createECommerceCenterIDs(gln, &centerIds), "create the e-commerce ids");
+    Ref<IQVRCatalogSupplier> supplier;
+    check(catalog->createSupplier("Fastener Works", "Bolts, nuts and screws since 1921", nullptr,
+                                  nullptr, nullptr, ids, centerIds, location, &supplier),
+          "create the supplier");
+    check(catalog->putref_supplier(supplier), "give the catalog its supplier");
+}
+
+void giveOrderInfo(IQVRCatalog* catalog) {
+    Ref<IQVRCatalogAvailability> availability;
+    for (const auto& [code, country] : availableIn) {
+        Ref<IQVRCatalogCountryCode> made;
+        check(catalog->createCountryCode(code, country, &made), "create a country code");
+        if (!availability)
+            check(catalog->createAvailability(made, &availability), "create the availability");
+        else
+            check(availability->appendChild(made, nullptr), std::string("add ") + country);
+    }
+    Ref<IQVRCatalogOrderInfo> orderInfo;
+    check(catalog->createOrderInfo(Variant::date(orderableFrom), Variant::date(orderableUntil),
+                                   availability, &orderInfo),
+          "create the order information");
+    check(catalog->putref_orderInfo(orderInfo), "give the catalog its order information");
+}
+
 Ref<IQVRCatalog> buildCatalog(const std::string& folder) {
     Ref<IQVRCatalog> catalog;
     VARIANT_BOOL ok = VARIANT_FALSE;
     check(CreateCatalog(&catalog), "create the catalog");
     check(catalog->create(folder, "Fasteners", "en", &ok), "start the catalog");
     check(catalog->put_desc("Bolts and screws of the demo"), "describe the catalog");
+    giveSupplier(catalog);
+    giveOrderInfo(catalog);
     Ref<IQVRCatalogChapter> top;
     check(catalog->createChapter("Bolts and screws", &top), "create a chapter");
     check(catalog->appendChild(top, nullptr), "append the chapter");
@@ -292,6 +379,104 @@ void printTree(IQVRCatalogObject* object, int depth) {
         std::printf("%s\n", line.c_str());
         printTree(child, depth + 1);
     }
+}
+
+// "DUNS 315843217" for each identifier of a list, joined by commas.
+std::string identifiers(IQVRCatalogObject* list) {
+    Ref<IQVRCatalogObjectList> items;
+    std::string shown;
+    if (!list || list->get_childNodes(&items) != S_OK) return shown;
+    for (Ref<IQVRCatalogObject> item : *items) {
+        Variant value;
+        item->getValue(".", &value);
+        shown += (shown.empty() ? "" : ", ") + keyOf(item) + " " + text(value);
+    }
+    return shown;
+}
+
+// How an order target is reached: the address, the URL or the number.
+std::string reach(IQVRCatalogOrderTarget* target) {
+    Ref<IQVRCatalogObject> object;
+    String shown;
+    if (target->get_target(&object) != S_OK) return "";
+    if (auto email = query<IQVRCatalogEmail>(object)) email->get_value(&shown);
+    if (auto url = query<IQVRCatalogURL>(object)) url->get_href(&shown);
+    if (auto phone = query<IQVRCatalogPhone>(object)) {
+        Ref<IQVRCatalogTelephoneNumber> number;
+        String iso, country, area, local, extension;
+        phone->get_telephoneNumber(&number);
+        number->get_countryCode(&iso, &country);
+        number->get_areaOrCityCode(&area);
+        number->get_number(&local);
+        number->get_extension(&extension);
+        shown = "+" + country.str() + " " + area.str() + " " + local.str() + "-" + extension.str();
+    }
+    return shown.str();
+}
+
+void printSupplier(IQVRCatalog* catalog) {
+    Ref<IQVRCatalogSupplier> supplier;
+    if (catalog->get_supplier(&supplier) != S_OK) return;
+    String name, desc;
+    Ref<IQVRCatalogSupplierIDs> ids;
+    Ref<IQVRCatalogECommerceCenterIDs> centerIds;
+    supplier->get_name(&name);
+    supplier->get_desc(&desc);
+    supplier->get_supplierIDs(&ids);
+    supplier->get_eCommerceCenterIDs(&centerIds);
+    std::printf("  Supplier: %s, %s (%s; %s)\n", name.str().c_str(), desc.str().c_str(),
+                identifiers(ids).c_str(), identifiers(centerIds).c_str());
+    Ref<IQVRCatalogObjectList> locations;
+    check(supplier->get_childNodes(&locations), "list the supplier's locations");
+    for (Ref<IQVRCatalogObject> each : *locations) {
+        auto location = query<IQVRCatalogSupplierLocation>(each);
+        Ref<IQVRCatalogAddress> address;
+        Ref<IQVRCatalogPostalAddress> postal;
+        Ref<IQVRCatalogOrderMethods> methods;
+        String addressName, city, code, country, postalCode;
+        check(location->get_address(&address), "read the address");
+        address->get_name(&addressName);
+        address->get_postalAddress(&postal);
+        postal->get_city(&city);
+        postal->get_country(&code, &country);
+        postal->get_postalCode(&postalCode);
+        std::printf("    %s, %s %s, %s\n", addressName.str().c_str(), postalCode.str().c_str(),
+                    city.str().c_str(), country.str().c_str());
+        Ref<IQVRCatalogObjectList> list;
+        check(location->get_orderMethods(&methods), "read the order methods");
+        check(methods->get_childNodes(&list), "list the order methods");
+        for (Ref<IQVRCatalogObject> item : *list) {
+            auto method = query<IQVRCatalogOrderMethod>(item);
+            Ref<IQVRCatalogOrderTarget> target;
+            String protocol;
+            method->get_orderProtocol(&protocol);
+            check(method->get_orderTarget(&target), "read an order target");
+            std::printf("    order by %-6s %s\n", protocol.str().c_str(), reach(target).c_str());
+        }
+    }
+}
+
+// When and where the catalog's parts can be ordered. The dates are stored under the user's
+// locale, en-US by default.
+void printOrderInfo(IQVRCatalog* catalog) {
+    Ref<IQVRCatalogOrderInfo> orderInfo;
+    if (catalog->get_orderInfo(&orderInfo) != S_OK) return;
+    Variant from, until;
+    check(orderInfo->get_effDate(&from), "read the effective date");
+    check(orderInfo->get_expDate(&until), "read the expiry date");
+    std::string countries;
+    Ref<IQVRCatalogAvailability> availability;
+    Ref<IQVRCatalogObjectList> codes;
+    if (orderInfo->get_availability(&availability) == S_OK &&
+        availability->get_childNodes(&codes) == S_OK) {
+        for (Ref<IQVRCatalogObject> code : *codes) {
+            String country;
+            query<IQVRCatalogCountryCode>(code)->get_value(&country);
+            countries += (countries.empty() ? "" : ", ") + country.str() + " (" + keyOf(code) + ")";
+        }
+    }
+    std::printf("  Orderable from %s until %s in %s\n", text(from).c_str(), text(until).c_str(),
+                countries.c_str());
 }
 
 // The value of `column` at `row`: a cell's value, the constant, or the computed value.
@@ -412,6 +597,8 @@ void run(const std::string& folder) {
     reader->get_name(&name);
     reader->get_desc(&desc);
     std::printf("%s: %s\n", name.str().c_str(), desc.str().c_str());
+    printSupplier(reader);
+    printOrderInfo(reader);
     printTree(reader, 1);
     printTables(reader);
 }

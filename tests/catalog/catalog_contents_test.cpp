@@ -1,0 +1,265 @@
+// What the catalog holds and makes: the singletons of its root, the element factories, and a
+// catalog with every kind of element written and read back.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "common/catalog_elements.h"
+#include "common/catalog_fixture.h"
+#include "common/temp_files.h"
+
+namespace qvr::testing {
+namespace {
+
+using namespace elements;
+
+bool sameNode(IQVRCatalogObject* a, IQVRCatalogObject* b) {
+    Ref<IXMLDOMElement> first, second;
+    return a && b && a->get_domNode(&first) == S_OK && b->get_domNode(&second) == S_OK &&
+           first.get() == second.get();
+}
+
+TEST(CatalogFactories, EachGivesAnElementInNoTreeUntilInserted) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    String before, after;
+    ASSERT_EQ(catalog->get_xml(&before), S_OK);
+    EXPECT_EQ(everyFactory().size(), 31u);
+    for (const auto& [tag, maker] : everyFactory()) {
+        SCOPED_TRACE(tag);
+        Made made = maker(catalog);
+        ASSERT_TRUE(made);
+        Ref<IXMLDOMElement> element;
+        Ref<IXMLDOMNode> parentNode;
+        String name;
+        ASSERT_EQ(made->get_domNode(&element), S_OK);
+        ASSERT_EQ(element->get_nodeName(&name), S_OK);
+        EXPECT_EQ(name, tag);
+        element->get_parentNode(&parentNode);
+        EXPECT_FALSE(parentNode);
+        Made parent, ownCatalog;
+        EXPECT_EQ(made->get_parentNode(&parent), S_FALSE);
+        ASSERT_EQ(made->get_catalog(&ownCatalog), S_OK);
+        EXPECT_EQ(ownCatalog.get(), static_cast<IQVRCatalogObject*>(catalog.get()));
+    }
+    ASSERT_EQ(catalog->get_xml(&after), S_OK);
+    EXPECT_EQ(after, before);
+
+    // Required texts first, then the document; a failing step of the object's own setters is
+    // the factory's failure, with no object.
+    Ref<IQVRCatalogCountryCode> code;
+    EXPECT_EQ(catalog->createCountryCode("de", "Germany", &code), E_FAIL);
+    EXPECT_EQ(lastError(), "This is not a valid ISO 3166 country code.");
+    EXPECT_FALSE(code);
+    EXPECT_EQ(catalog->createCountryCode("DE", nullptr, &code), E_INVALIDARG);
+    Ref<IQVRCatalogOrderTarget> target;
+    EXPECT_EQ(catalog->createOrderTarget(street(catalog), &target), E_FAIL);
+    EXPECT_EQ(lastError(), "This object is not a valid order target.");
+    Ref<IQVRCatalog> empty;
+    ASSERT_EQ(CreateCatalog(&empty), S_OK);
+    Ref<IQVRCatalogSupplierIDs> ids;
+    EXPECT_EQ(empty->createSupplierID(nullptr, "1", nullptr), E_POINTER);
+    EXPECT_EQ(empty->createSupplierIDs(nullptr, &ids), E_FAIL);
+    EXPECT_EQ(lastError().rfind("The Catalog is not initialized yet.", 0), 0u);
+}
+
+TEST(CatalogSingletons, SetInAnyOrderTheyStandInTheirsAheadOfTheChapters) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    VARIANT_BOOL done;
+    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Desc/><ActiveXs/><Chapter id='a'/></vCAT>", &done),
+              S_OK);
+    Made supplierMade = supplier(catalog), linkMade = link(catalog),
+         extrinsicsMade = extrinsics(catalog), imagesMade = images(catalog),
+         infoMade = orderInfo(catalog), documentsMade = documents(catalog);
+    ASSERT_EQ(catalog->putref_supplier(supplierMade), S_OK);
+    ASSERT_EQ(catalog->putref_link(linkMade), S_OK);
+    ASSERT_EQ(catalog->putref_extrinsics(extrinsicsMade), S_OK);
+    ASSERT_EQ(catalog->putref_images(imagesMade), S_OK);
+    ASSERT_EQ(catalog->putref_orderInfo(infoMade), S_OK);
+    ASSERT_EQ(catalog->putref_documents(documentsMade), S_OK);
+    EXPECT_EQ(childTags(catalog),
+              "Desc Images Link Documents ActiveXs Extrinsics OrderInfo Supplier Chapter");
+
+    Ref<IQVRCatalogImages> readImages;
+    Ref<IQVRCatalogLink> readLink;
+    Ref<IQVRCatalogDocuments> readDocuments;
+    Ref<IQVRCatalogExtrinsics> readExtrinsics;
+    Ref<IQVRCatalogOrderInfo> readInfo;
+    Ref<IQVRCatalogSupplier> readSupplier;
+    ASSERT_EQ(catalog->get_images(&readImages), S_OK);
+    ASSERT_EQ(catalog->get_link(&readLink), S_OK);
+    ASSERT_EQ(catalog->get_documents(&readDocuments), S_OK);
+    ASSERT_EQ(catalog->get_extrinsics(&readExtrinsics), S_OK);
+    ASSERT_EQ(catalog->get_orderInfo(&readInfo), S_OK);
+    ASSERT_EQ(catalog->get_supplier(&readSupplier), S_OK);
+    EXPECT_TRUE(sameNode(readImages, imagesMade) && sameNode(readLink, linkMade) &&
+                sameNode(readDocuments, documentsMade) &&
+                sameNode(readExtrinsics, extrinsicsMade) && sameNode(readInfo, infoMade) &&
+                sameNode(readSupplier, supplierMade));
+
+    // Removed, a getter finds none: get_extrinsics leaves its out value, the others clear it.
+    Listener listener(catalog);
+    ASSERT_EQ(catalog->putref_extrinsics(nullptr), S_OK);
+    ASSERT_EQ(catalog->putref_supplier(nullptr), S_OK);
+    ASSERT_EQ(catalog->putref_supplier(nullptr), S_OK);
+    EXPECT_EQ(listener.take(), "changed #0 | changed #0 | changed #0");
+    EXPECT_EQ(catalog->get_extrinsics(&readExtrinsics), S_FALSE);
+    EXPECT_TRUE(readExtrinsics);
+    EXPECT_EQ(catalog->get_supplier(&readSupplier), S_FALSE);
+    EXPECT_FALSE(readSupplier);
+
+    // A second one replaces the first, which leaves the tree.
+    Made secondInfo = orderInfo(catalog);
+    ASSERT_EQ(catalog->putref_orderInfo(secondInfo), S_OK);
+    ASSERT_EQ(catalog->get_orderInfo(&readInfo), S_OK);
+    EXPECT_TRUE(sameNode(readInfo, secondInfo));
+    Ref<IXMLDOMElement> firstNode;
+    Ref<IXMLDOMNode> firstParent;
+    ASSERT_EQ(infoMade->get_domNode(&firstNode), S_OK);
+    firstNode->get_parentNode(&firstParent);
+    EXPECT_FALSE(firstParent);
+
+    // Without Desc, a singleton goes first, ahead of everything.
+    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Chapter id='a'/></vCAT>", &done), S_OK);
+    ASSERT_EQ(catalog->putref_supplier(supplier(catalog)), S_OK);
+    EXPECT_EQ(childTags(catalog), "Supplier Chapter");
+}
+
+std::int32_t countOf(IQVRCatalogObjectList* list) {
+    std::int32_t count = 0;
+    if (list) list->get_count(&count);
+    return count;
+}
+Made firstOf(IQVRCatalogObjectList* list) {
+    Made item;
+    if (list) list->getItem(1, &item);
+    return item;
+}
+
+// What a catalog with every kind of element says through the model, one line per element.
+std::string readBack(IQVRCatalog* catalog) {
+    std::string said;
+    auto say = [&](const std::string& line) { said += line + "\n"; };
+    auto text = [](const Variant& value) {
+        Variant shown;
+        changeType(&shown, value, LCID_EN_US, 0, VT_BSTR);
+        return shown.str().str();
+    };
+    String s1, s2;
+    Variant v1, v2;
+
+    Ref<IQVRCatalogOrderInfo> info;
+    Ref<IQVRCatalogAvailability> availability;
+    Ref<IQVRCatalogObjectList> list;
+    catalog->get_orderInfo(&info);
+    info->get_effDate(&v1);
+    info->get_expDate(&v2);
+    info->get_availability(&availability);
+    availability->get_childNodes(&list);
+    say("order info " + text(v1) + " to " + text(v2) + " in " + std::to_string(countOf(list)) +
+        " country " + keyOf(firstOf(list)));
+
+    Ref<IQVRCatalogSupplier> supplier;
+    Ref<IQVRCatalogSupplierIDs> ids;
+    Ref<IQVRCatalogECommerceCenterIDs> centerIds;
+    catalog->get_supplier(&supplier);
+    supplier->get_name(&s1);
+    supplier->get_desc(&s2);
+    supplier->get_supplierIDs(&ids);
+    supplier->get_eCommerceCenterIDs(&centerIds);
+    ids->get_childNodes(&list);
+    Ref<IQVRCatalogObjectList> centerList;
+    centerIds->get_childNodes(&centerList);
+    say("supplier " + s1.str() + ", " + s2.str() + ", ids " + keyOf(firstOf(list)) + " and " +
+        keyOf(firstOf(centerList)));
+
+    supplier->get_childNodes(&list);
+    Ref<IQVRCatalogSupplierLocation> location = query<IQVRCatalogSupplierLocation>(firstOf(list));
+    Ref<IQVRCatalogAddress> address;
+    Ref<IQVRCatalogPostalAddress> postal;
+    Ref<IQVRCatalogOrderMethods> methods;
+    location->get_address(&address);
+    address->get_name(&s1);
+    address->get_postalAddress(&postal);
+    postal->get_city(&s2);
+    say("location " + s1.str() + " in " + s2.str());
+    location->get_orderMethods(&methods);
+    methods->get_childNodes(&list);
+    std::string line = "order methods";
+    for (Ref<IQVRCatalogObject> item : *list) {
+        Ref<IQVRCatalogOrderMethod> method = query<IQVRCatalogOrderMethod>(item);
+        Ref<IQVRCatalogOrderTarget> target;
+        std::int32_t type = -1;
+        method->get_orderProtocol(&s1);
+        method->get_orderTarget(&target);
+        target->get_targetType(&type);
+        line += " " + s1.str() + ":" + std::to_string(type);
+    }
+    say(line);
+
+    Ref<IQVRCatalogObjectList> chapters, parts;
+    catalog->get_childNodes(&chapters);
+    firstOf(chapters)->get_childNodes(&parts);
+    Ref<IQVRCatalogPart> part = query<IQVRCatalogPart>(firstOf(parts));
+    Ref<IQVRCatalogClassifications> classes;
+    Ref<IQVRCatalogExtrinsics> extrinsics;
+    part->get_orderInfo(&info);
+    part->get_classifications(&classes);
+    part->get_extrinsics(&extrinsics);
+    info->get_effDate(&v1);
+    classes->get_childNodes(&list);
+    say("part " + nameOf(part) + " orderable from " + text(v1) + ", class " + keyOf(firstOf(list)) +
+        ", " + std::to_string(extrinsics ? 1 : 0) + " extrinsics");
+    return said;
+}
+
+using CompleteCatalog = TempFiles;
+
+TEST_F(CompleteCatalog, EveryKindOfElementIsSavedAndReadBackEqual) {
+    Ref<IQVRCatalog> catalog = newCatalog("Complete");
+    Ref<IQVRCatalogChapter> bolts = query<IQVRCatalogChapter>(chapter(catalog));
+    Ref<IQVRCatalogPart> m8 = query<IQVRCatalogPart>(part(catalog));
+    ASSERT_EQ(catalog->appendChild(bolts, nullptr), S_OK);
+    ASSERT_EQ(bolts->appendChild(m8, nullptr), S_OK);
+    ASSERT_EQ(bolts->putref_images(images(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_link(link(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_documents(documents(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_extrinsics(extrinsics(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_orderInfo(orderInfo(catalog)), S_OK);
+    ASSERT_EQ(m8->putref_classifications(classifications(catalog)), S_OK);
+    ASSERT_EQ(catalog->putref_images(images(catalog)), S_OK);
+    ASSERT_EQ(catalog->putref_link(link(catalog)), S_OK);
+    ASSERT_EQ(catalog->putref_documents(documents(catalog)), S_OK);
+    ASSERT_EQ(catalog->putref_extrinsics(extrinsics(catalog)), S_OK);
+    ASSERT_EQ(catalog->putref_orderInfo(orderInfo(catalog)), S_OK);
+    ASSERT_EQ(catalog->putref_supplier(supplier(catalog)), S_OK);
+    const std::string expected = "order info 3/1/2026 to 12/31/2027 in 1 country DE\n"
+                                 "supplier ACME, Bolts and nuts, ids DUNS and GLN\n"
+                                 "location ACME in Stuttgart\n"
+                                 "order methods voice:0 smtp:1 fax:2 https:3\n"
+                                 "part M8 orderable from 3/1/2026, class ETIM, 1 extrinsics\n";
+    EXPECT_EQ(readBack(catalog), expected);
+
+    VARIANT_BOOL done = VARIANT_FALSE;
+    ASSERT_EQ(catalog->saveAs(Variant(file("complete.xml")), &done), S_OK);
+    Ref<IQVRCatalog> loaded;
+    ASSERT_EQ(CreateCatalog(&loaded), S_OK);
+    ASSERT_EQ(loaded->load(Variant(file("complete.xml")), &done), S_OK);
+    String written, read;
+    ASSERT_EQ(catalog->get_xml(&written), S_OK);
+    ASSERT_EQ(loaded->get_xml(&read), S_OK);
+    EXPECT_EQ(read, written);
+    EXPECT_EQ(readBack(loaded), expected);
+    // findById reaches as deep as any id stands, and hands the element out with the catalog as
+    // its parent.
+    Made found, parent;
+    ASSERT_EQ(loaded->findById(postalAddressId, &found), S_OK);
+    EXPECT_TRUE(query<IQVRCatalogPostalAddress>(found));
+    ASSERT_EQ(found->get_parentNode(&parent), S_OK);
+    EXPECT_EQ(parent.get(), static_cast<IQVRCatalogObject*>(loaded.get()));
+    // Every tag of the catalog format stands in the file.
+    for (const auto& [tag, maker] : everyFactory())
+        EXPECT_NE(read.str().find("<" + std::string(tag)), std::string::npos) << tag;
+}
+
+} // namespace
+} // namespace qvr::testing

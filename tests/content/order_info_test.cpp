@@ -1,0 +1,224 @@
+// Order information: dates, availability by country, order methods and their targets.
+#include <gtest/gtest.h>
+
+#include "common/catalog_elements.h"
+#include "common/catalog_fixture.h"
+
+namespace qvr::testing {
+namespace {
+
+// The text of the child `tag` of `object`'s element, or "-" when there is none.
+std::string childText(IQVRCatalogObject* object, const char* tag) {
+    Variant text;
+    return object->getValue(tag, &text) == S_OK ? text.str().str() : "-";
+}
+
+// Restores the user's locale at the end of a test.
+struct LocaleScope {
+    LCID saved = GetUserLocale();
+    ~LocaleScope() { SetUserLocale(saved); }
+};
+
+TEST(OrderInfo, DatesAreStoredUnderTheUsersLocaleAndReadBackAsDates) {
+    LocaleScope locale;
+    Ref<IQVRCatalog> catalog = newCatalog();
+    const DATE march14 = 46095.0, december31 = 46387.0; // 2026-03-14, 2026-12-31
+    struct Case {
+        LCID lcid;
+        const char* eff;
+        const char* exp;
+    };
+    for (const Case& c : {Case{LCID_EN_US, "3/14/2026", "12/31/2026"},
+                          Case{LCID_DE_DE, "14.03.2026", "31.12.2026"}}) {
+        SetUserLocale(c.lcid);
+        Ref<IQVRCatalogOrderInfo> info;
+        ASSERT_EQ(catalog->createOrderInfo(Variant::date(march14), Variant::date(december31),
+                                           nullptr, &info),
+                  S_OK);
+        EXPECT_EQ(childText(info, "EffDate"), c.eff);
+        EXPECT_EQ(childText(info, "ExpDate"), c.exp);
+        Variant eff, exp;
+        ASSERT_EQ(info->get_effDate(&eff), S_OK);
+        ASSERT_EQ(info->get_expDate(&exp), S_OK);
+        EXPECT_EQ(eff.vt(), VT_DATE);
+        EXPECT_EQ(eff.dateValue(), march14);
+        EXPECT_EQ(exp.dateValue(), december31);
+    }
+
+    // A text is stored as it stands; one that is no date fails on reading, result untouched.
+    SetUserLocale(LCID_EN_US);
+    Ref<IQVRCatalogOrderInfo> info;
+    ASSERT_EQ(catalog->createOrderInfo(Variant("soon"), Variant::missing(), nullptr, &info), S_OK);
+    EXPECT_EQ(childText(info, "EffDate"), "soon");
+    Variant kept(7);
+    EXPECT_TRUE(FAILED(info->get_effDate(&kept)));
+    EXPECT_EQ(kept.vt(), VT_I4);
+    EXPECT_EQ(info->get_expDate(&kept), S_FALSE);
+    EXPECT_EQ(kept.vt(), VT_I4);
+    EXPECT_EQ(info->get_effDate(nullptr), E_POINTER);
+}
+
+TEST(OrderInfo, ChildrenKeepTheirOrderAndEmptyDatesRemove) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogCountryCode> de;
+    Ref<IQVRCatalogAvailability> availability;
+    Ref<IQVRCatalogOrderInfo> info;
+    ASSERT_EQ(catalog->createCountryCode("DE", "Germany", &de), S_OK);
+    ASSERT_EQ(catalog->createAvailability(de, &availability), S_OK);
+    ASSERT_EQ(catalog->createOrderInfo(Variant(), Variant(), availability, &info), S_OK);
+    EXPECT_EQ(childTags(info), "Availability");
+    Listener listener(catalog);
+
+    // ExpDate goes ahead of the availability, EffDate ahead of everything.
+    ASSERT_EQ(info->put_expDate(Variant("1/2/2027")), S_OK);
+    ASSERT_EQ(info->put_effDate(Variant("1/1/2027")), S_OK);
+    EXPECT_EQ(childTags(info), "EffDate ExpDate Availability");
+    // An empty or missing value removes a date; on no date it does nothing and is not heard.
+    ASSERT_EQ(info->put_effDate(Variant()), S_OK);
+    ASSERT_EQ(info->put_effDate(Variant::missing()), S_OK);
+    EXPECT_EQ(childTags(info), "ExpDate Availability");
+    // Null removes the availability; a new one lands right behind the last date.
+    ASSERT_EQ(info->putref_availability(nullptr), S_OK);
+    ASSERT_EQ(info->putref_availability(availability), S_OK);
+    EXPECT_EQ(childTags(info), "ExpDate Availability");
+    EXPECT_EQ(listener.take(), "changed #7 | changed #7 | changed #7 | changed #7 | changed #7");
+    Ref<IQVRCatalogAvailability> read;
+    ASSERT_EQ(info->get_availability(&read), S_OK);
+    EXPECT_EQ(childTags(read), "CountryCode");
+
+    // OrderInfo takes no children the container way.
+    Ref<IQVRCatalogObject> inserted;
+    EXPECT_EQ(info->appendChild(de, &inserted), S_FALSE);
+    EXPECT_EQ(info->removeChild(availability, &inserted), S_FALSE);
+}
+
+TEST(Availability, OneCountryCodePerCodeAndTheLastOneStays) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogCountryCode> de, fr, again;
+    Ref<IQVRCatalogAvailability> availability;
+    ASSERT_EQ(catalog->createCountryCode("DE", "Germany", &de), S_OK);
+    ASSERT_EQ(catalog->createCountryCode("FR", "France", &fr), S_OK);
+    ASSERT_EQ(catalog->createCountryCode("DE", "Deutschland", &again), S_OK);
+    ASSERT_EQ(catalog->createAvailability(de, &availability), S_OK);
+    ASSERT_EQ(availability->appendChild(fr, nullptr), S_OK);
+    EXPECT_EQ(keyOf(fr), "FR");
+    const std::string before = childTags(availability);
+
+    Listener listener(catalog);
+    Ref<IQVRCatalogObject> inserted, removed;
+    EXPECT_EQ(availability->appendChild(again, &inserted), E_FAIL);
+    EXPECT_EQ(lastError(), "A child with the same id already exists.");
+    EXPECT_EQ(fr->put_isoCountryCode("DE"), E_FAIL);
+    EXPECT_EQ(lastError(), "A child with the same id already exists.");
+    for (const char* bad : {"de", "D", "DEU", "", "D1"}) {
+        EXPECT_EQ(fr->put_isoCountryCode(bad), E_FAIL) << bad;
+        EXPECT_EQ(lastError(), "This is not a valid ISO 3166 country code.") << bad;
+    }
+    EXPECT_EQ(fr->put_isoCountryCode(nullptr), E_INVALIDARG);
+    Ref<IQVRCatalogChapter> chapter = newChapter(catalog, "Stranger");
+    EXPECT_EQ(availability->appendChild(chapter, &inserted), E_FAIL);
+    EXPECT_EQ(lastError(), "You can only append CountryCodes as a child of this object.");
+    String code;
+    ASSERT_EQ(fr->get_isoCountryCode(&code), S_OK);
+    EXPECT_EQ(code, "FR");
+    EXPECT_EQ(childTags(availability), before);
+    EXPECT_EQ(listener.take(), "");
+
+    // Its own code again passes and is heard; any two capitals pass, known country or not.
+    EXPECT_EQ(fr->put_isoCountryCode("FR"), S_OK);
+    EXPECT_EQ(fr->put_isoCountryCode("QQ"), S_OK);
+    EXPECT_EQ(listener.take(), "changed #9 | changed #9");
+
+    ASSERT_EQ(availability->removeChild(fr, &removed), S_OK);
+    EXPECT_EQ(availability->removeChild(de, &removed), E_FAIL);
+    EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
+    EXPECT_EQ(childTags(availability), "CountryCode");
+    // A code without parent has no siblings to clash with.
+    EXPECT_EQ(again->put_isoCountryCode("FR"), S_OK);
+}
+
+TEST(OrderMethods, TargetsOfEachKindProtocolsAndTheList) {
+    using namespace elements;
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogOrderTarget> target =
+        query<IQVRCatalogOrderTarget>(orderTarget(catalog, url(catalog)));
+    Ref<IQVRCatalogOrderMethod> method;
+    ASSERT_EQ(catalog->createOrderMethod(target, "https", &method), S_OK);
+    EXPECT_EQ(childTags(method), "OrderTarget OrderProtocol");
+
+    // Each kind of target in turn replaces whatever kind stood there.
+    const Made targets[] = {phone(catalog), email(catalog), fax(catalog), url(catalog)};
+    Listener listener(catalog);
+    std::string kinds;
+    for (const Made& made : targets) {
+        ASSERT_EQ(target->putref_target(made), S_OK);
+        std::int32_t type = -1;
+        Ref<IQVRCatalogObject> read, parent;
+        ASSERT_EQ(target->get_targetType(&type), S_OK);
+        ASSERT_EQ(target->get_target(&read), S_OK);
+        ASSERT_EQ(read->get_parentNode(&parent), S_OK);
+        EXPECT_EQ(parent.get(), static_cast<IQVRCatalogObject*>(target.get()));
+        kinds += std::to_string(type) + ":" + childTags(target) + " ";
+    }
+    EXPECT_EQ(kinds, "0:Phone 1:Email 2:Fax 3:URL ");
+    EXPECT_EQ(listener.take(), "changed #12 | changed #12 | changed #12 | changed #12");
+
+    // Refused: another kind of target, no target, no protocol; nothing changes.
+    EXPECT_EQ(target->putref_target(street(catalog)), E_FAIL);
+    EXPECT_EQ(lastError(), "This object is not a valid order target.");
+    EXPECT_EQ(target->putref_target(nullptr), E_POINTER);
+    EXPECT_EQ(method->putref_orderTarget(nullptr), E_POINTER);
+    EXPECT_EQ(catalog->createOrderMethod(nullptr, "voice", &method), E_POINTER);
+    EXPECT_EQ(catalog->createOrderMethod(target, nullptr, &method), E_INVALIDARG);
+    EXPECT_EQ(childTags(target), "URL");
+    listener.take();
+
+    // The protocol: the empty text removes it, and is heard also when there is none.
+    ASSERT_EQ(catalog->createOrderMethod(orderTarget(catalog, fax(catalog)), "fax", &method), S_OK);
+    listener.take();
+    ASSERT_EQ(method->put_orderProtocol(""), S_OK);
+    ASSERT_EQ(method->put_orderProtocol(""), S_OK);
+    String protocol;
+    EXPECT_EQ(method->get_orderProtocol(&protocol), S_FALSE);
+    EXPECT_EQ(listener.take(), "changed #10 | changed #10");
+
+    // A stored target of no known kind, or none at all.
+    VARIANT_BOOL done;
+    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Supplier><SupplierLocation><OrderMethods>"
+                               "<OrderMethod><OrderTarget><Pager/></OrderTarget></OrderMethod>"
+                               "<OrderMethod><OrderTarget/></OrderMethod>"
+                               "</OrderMethods></SupplierLocation></Supplier></vCAT>",
+                               &done),
+              S_OK);
+    Ref<IQVRCatalogSupplier> supplier;
+    Ref<IQVRCatalogObjectList> locations, stored;
+    Ref<IQVRCatalogObject> location;
+    Ref<IQVRCatalogOrderMethods> storedMethods;
+    ASSERT_EQ(catalog->get_supplier(&supplier), S_OK);
+    ASSERT_EQ(supplier->get_childNodes(&locations), S_OK);
+    ASSERT_EQ(locations->getItem(1, &location), S_OK);
+    ASSERT_EQ(query<IQVRCatalogSupplierLocation>(location)->get_orderMethods(&storedMethods), S_OK);
+    ASSERT_EQ(storedMethods->get_childNodes(&stored), S_OK);
+    std::string types;
+    for (Ref<IQVRCatalogObject> item : *stored) {
+        Ref<IQVRCatalogOrderTarget> storedTarget;
+        ASSERT_EQ(query<IQVRCatalogOrderMethod>(item)->get_orderTarget(&storedTarget), S_OK);
+        std::int32_t type = -1;
+        const HRESULT hr = storedTarget->get_targetType(&type);
+        types += std::to_string(type) + (hr == S_OK ? " " : "! " + lastError() + " ");
+    }
+    EXPECT_EQ(types, "4! An unknown order target name was found. 5 ");
+
+    // OrderMethods can be emptied, and takes nothing but methods.
+    Ref<IQVRCatalogOrderMethods> methods = query<IQVRCatalogOrderMethods>(orderMethods(catalog));
+    Ref<IQVRCatalogObjectList> list;
+    Ref<IQVRCatalogObject> first, removed;
+    ASSERT_EQ(methods->get_childNodes(&list), S_OK);
+    while (list->getItem(1, &first) == S_OK) ASSERT_EQ(methods->removeChild(first, &removed), S_OK);
+    EXPECT_EQ(childTags(methods), "");
+    EXPECT_EQ(methods->appendChild(target, &removed), E_FAIL);
+    EXPECT_EQ(lastError(), "You can only append OrderMethod as a child of this object.");
+}
+
+} // namespace
+} // namespace qvr::testing
