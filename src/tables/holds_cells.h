@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+#include <qvr/events.h>
+
 #include "core/object_types.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
@@ -42,6 +44,7 @@ public:
         return guarded([&] {
             if (removed) *removed = nullptr;
             if (!this->initialized()) return this->notInitialized();
+            if (!child) return E_POINTER; // as every container answers, before asking the kind
             Ref<CellInterface> cell = query<CellInterface>(child);
             if (!cell) return E_FAIL;
             CXMLDOMTool tool(this->element());
