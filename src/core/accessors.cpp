@@ -94,6 +94,34 @@ HRESULT putFlag(ObjectFrame& object, const char* name, VARIANT_BOOL value) noexc
     });
 }
 
+HRESULT getNamedNumber(ObjectFrame& object, const char* name, ChildNames names,
+                       std::int32_t unknown, std::int32_t* value) noexcept {
+    return onElement(object, value, [&](IXMLDOMElement* element) {
+        String text;
+        HRESULT hr = element->getAttribute(name, &text);
+        if (hr != S_OK) return hr;
+        *value = unknown;
+        for (std::size_t i = 0; i < names.size(); ++i)
+            if (text == names[i]) {
+                *value = static_cast<std::int32_t>(i);
+                break;
+            }
+        return S_OK;
+    });
+}
+
+HRESULT putNamedNumber(ObjectFrame& object, const char* name, ChildNames names,
+                       std::int32_t value) noexcept {
+    if (!namesNumber(names, value)) return E_INVALIDARG;
+    return putAttribute(object, name, names[value]);
+}
+
+HRESULT putNamedNumberOrRemove(ObjectFrame& object, const char* name, ChildNames names,
+                               std::int32_t value, std::int32_t absent) noexcept {
+    if (value == absent) return putClearableAttribute(object, name, String());
+    return putNamedNumber(object, name, names, value);
+}
+
 HRESULT getOwnText(ObjectFrame& object, String* text) noexcept {
     return onElement(object, text,
                      [&](IXMLDOMElement* element) { return element->get_text(text); });

@@ -12,6 +12,7 @@
 // succeeded. Every function here is noexcept: exceptions become statuses.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -48,6 +49,33 @@ HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const Strin
 // VARIANT_TRUE (-1) writes "1"; any other value writes "0".
 HRESULT getFlag(ObjectFrame& object, const char* name, VARIANT_BOOL* value) noexcept;
 HRESULT putFlag(ObjectFrame& object, const char* name, VARIANT_BOOL value) noexcept;
+
+// Enumerated attribute property: a number stored as the name at its place in `names`. Reading
+// compares the text exactly with each name and gives its place, or `unknown` when none is equal;
+// absent: S_FALSE and `value` not written. Writing a number that names nothing answers
+// E_INVALIDARG and writes nothing.
+HRESULT getNamedNumber(ObjectFrame& object, const char* name, ChildNames names,
+                       std::int32_t unknown, std::int32_t* value) noexcept;
+HRESULT putNamedNumber(ObjectFrame& object, const char* name, ChildNames names,
+                       std::int32_t value) noexcept;
+// As putNamedNumber, but the number `absent` stands for no attribute: writing it removes the
+// attribute (firing only when there was one), and its name is never written.
+HRESULT putNamedNumberOrRemove(ObjectFrame& object, const char* name, ChildNames names,
+                               std::int32_t value, std::int32_t absent) noexcept;
+// The same for the enumerations of the interfaces.
+template <class Enum>
+HRESULT getNamedNumber(ObjectFrame& object, const char* name, ChildNames names, Enum unknown,
+                       Enum* value) noexcept {
+    if (!value) return E_POINTER;
+    std::int32_t number = 0;
+    const HRESULT hr = getNamedNumber(object, name, names, unknown, &number);
+    if (hr == S_OK) *value = static_cast<Enum>(number);
+    return hr;
+}
+// Whether `value` has a place in `names`.
+constexpr bool namesNumber(ChildNames names, std::int32_t value) {
+    return value >= 0 && static_cast<std::size_t>(value) < names.size();
+}
 
 // Own-text property: the text of the element itself.
 HRESULT getOwnText(ObjectFrame& object, String* text) noexcept;

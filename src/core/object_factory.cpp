@@ -5,11 +5,16 @@
 #include "core/object_types.h"
 #include "formulas/calculated_column.h"
 #include "tables/const_column.h"
+#include "tables/const_view.h"
+#include "tables/drawing.h"
 #include "tables/info_cell.h"
 #include "tables/recipe.h"
+#include "tables/ref_cell.h"
+#include "tables/ref_column.h"
 #include "tables/table_cell.h"
 #include "tables/table_column.h"
 #include "tables/unique_column.h"
+#include "tables/view.h"
 
 namespace qvr {
 namespace {
@@ -36,11 +41,11 @@ constexpr TagRow tagTable[] = {
     {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
     {"Images", qvrImages, nullptr},
     {"XRefFiles", qvrReferencedFiles, nullptr},
-    {"ColumnView", qvrView, nullptr},
-    {"Drawing", qvrDrawing, nullptr},
+    {"ColumnView", qvrView, &createWrapper<CQVRTableView>},
+    {"Drawing", qvrDrawing, &createWrapper<CQVRTableDrawing>},
     {"Row", qvrCell, &createWrapper<CQVRTableCell>},
     {"Column", qvrTableColumn, &createWrapper<CQVRTableColumn>},
-    {"ColumnConstView", qvrConstView, nullptr},
+    {"ColumnConstView", qvrConstView, &createWrapper<CQVRTableConstView>},
     {"ColumnConst", qvrConstColumn, &createWrapper<CQVRTableConstColumn>},
     {"ColumnCalc", qvrCalculatedColumn, &createWrapper<CQVRTableCalculatedColumn>},
     {"OrderTarget", qvrOrderTarget, nullptr},
@@ -64,8 +69,8 @@ constexpr TagRow tagTable[] = {
     {"Extrinsics", qvrExtrinsics, nullptr},
     {"Extrinsic", qvrExtrinsic, nullptr},
     {"Recipe", qvrRecipe, &createWrapper<CQVRTableRecipe>},
-    {"ColumnRef", qvrRefColumn, nullptr},
-    {"RowRef", qvrRefCell, nullptr},
+    {"ColumnRef", qvrRefColumn, &createWrapper<CQVRTableRefColumn>},
+    {"RowRef", qvrRefCell, &createWrapper<CQVRTableRefCell>},
 };
 
 constexpr bool tagsMatchTypes() {

@@ -39,6 +39,14 @@ public:
 
     // The key the cell was made with (null clears it); it serves until the cell names a row.
     void setKey(const String& key) { this->setCachedKey(key); }
+    // A new cell's value, then its key. The value is told as a change, though the cell has no
+    // parent yet.
+    template <class Value>
+    HRESULT fillNew(const Value& value, const String& key) {
+        const HRESULT hr = static_cast<Interface*>(this)->put_value(value);
+        if (hr == S_OK) setKey(key);
+        return hr;
+    }
 
     HRESULT cloneNode(VARIANT_BOOL, Ref<IQVRCatalogObject>*) override { return E_NOTIMPL; }
 

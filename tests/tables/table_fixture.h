@@ -45,6 +45,12 @@ inline Ref<IQVRTableUniqueColumn> uniqueColumnOf(IQVRCatalogTable* table) {
     return unique;
 }
 
+// The text of the attribute or child that `xpath` selects below `object` ("" when none).
+inline std::string textAt(IQVRCatalogObject* object, const char* xpath) {
+    Variant value;
+    return object && object->getValue(xpath, &value) == S_OK ? value.str().str() : std::string();
+}
+
 // The keys of the items of a list, joined by blanks.
 inline std::string keysIn(IQVRCatalogObjectList* list) {
     std::string keys;
@@ -100,6 +106,8 @@ inline std::string describeTableObject(IQVRCatalogObject* object) {
     switch (type) {
     case qvrInfoCell: return withKey("Row");
     case qvrCell: return withKey("Cell");
+    case qvrDrawing: return withKey("Drawing");
+    case qvrRefCell: return withKey("Link");
     case qvrRecipe: return withKey("Recipe");
     case qvrTable: return "Table";
     default: return nameOf(object);
