@@ -370,6 +370,11 @@ TEST_F(TableKinds, ATableOfEveryKindReadsBackEqualAfterSavingAndLoading) {
         "ColumnUnique ColumnRef Column ColumnConst ColumnCalc ColumnConstView ColumnView";
     EXPECT_EQ(childTags(table), order);
     EXPECT_EQ(linkAt(table, front, "M10 long"), "d/M10 long.dxf");
+    // Moving a row moves its drawing to the row's place in the view; its link goes last.
+    ASSERT_EQ(uniqueColumnOf(table)->moveRows(Variant(std::int32_t(1)), Variant(std::int32_t(3))),
+              S_OK);
+    EXPECT_EQ(rowKeys(table), "M10 long M8 M12");
+    EXPECT_EQ(textAt(front, "Drawing[2]") + "|" + textAt(docs, "RowRef[3]"), "d/M8.dxf|s/M8 .pdf");
 
     VARIANT_BOOL ok = VARIANT_FALSE;
     ASSERT_EQ(table->saveAs(Variant(file("every.xml")), &ok), S_OK);
@@ -383,7 +388,7 @@ TEST_F(TableKinds, ATableOfEveryKindReadsBackEqualAfterSavingAndLoading) {
 
     // Each kind comes back as its class, and reads as it was written.
     EXPECT_EQ(childTags(loaded), order);
-    EXPECT_EQ(rowKeys(loaded), "M8 M10 long M12");
+    EXPECT_EQ(rowKeys(loaded), "M10 long M8 M12");
     Ref<IQVRCatalogObjectList> columns;
     ASSERT_EQ(loaded->get_childNodes(&columns), S_OK);
     Ref<IQVRCatalogObject> column[6];
