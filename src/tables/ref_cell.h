@@ -1,5 +1,5 @@
-// A link of a reference column (`RowRef`): the path or URL it leads to, stored as documents
-// store file references, with a description and a title that are written only when not empty.
+// A link of a reference column (`RowRef`): the path or URL it leads to, with a description and a
+// title that are written only when not empty.
 #pragma once
 
 #include <qvr/table_cells.h>
@@ -9,12 +9,8 @@
 
 namespace qvr {
 
-class CQVRTableRefCell final : public TableCellObject<IQVRTableRefCell, qvrRefCell> {
+class CQVRTableRefCell final : public ReferenceCellObject<IQVRTableRefCell, qvrRefCell> {
 public:
-    HRESULT get_value(String* value) override { return accessors::getReferenceText(*this, value); }
-    HRESULT put_value(const String& value) override {
-        return accessors::putReferenceText(*this, value);
-    }
     HRESULT get_desc(String* desc) override { return accessors::getAttribute(*this, "desc", desc); }
     HRESULT put_desc(const String& desc) override {
         return accessors::putClearableAttribute(*this, "desc", desc);

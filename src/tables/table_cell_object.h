@@ -1,10 +1,14 @@
 // What the cells share (values of plain columns, drawings of views, links of reference columns):
 // the `idref` that names their row, and the move to another row by its key. A cell is a leaf.
 // Its key (family G) is the key text of its row, or until it has one, the key it was made with.
+//
+//   TableCellObject<I, Type>        what every cell shares
+//   ReferenceCellObject<I, Type>    + a value that is a file reference (drawings and links)
 #pragma once
 
 #include <qvr/table_cells.h>
 
+#include "core/accessors.h"
 #include "core/catalog_object.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
@@ -53,6 +57,17 @@ public:
     HRESULT InterfaceSupportsErrorInfo(const IID& iid) override {
         if (iid == IQVRTableCellObject::iid) return S_OK;
         return CatalogObject<Interface, Type>::InterfaceSupportsErrorInfo(iid);
+    }
+};
+
+// The cells whose value is a file reference (drawings and links): a URL stands as it is, a
+// relative path is kept with forward slashes, an absolute one becomes a file URL.
+template <class Interface, QVRObjectType Type>
+class ReferenceCellObject : public TableCellObject<Interface, Type> {
+public:
+    HRESULT get_value(String* value) override { return accessors::getReferenceText(*this, value); }
+    HRESULT put_value(const String& value) override {
+        return accessors::putReferenceText(*this, value);
     }
 };
 
