@@ -50,8 +50,9 @@ public:
     virtual HRESULT save(VARIANT_BOOL* ok) = 0;
     virtual HRESULT saveAs(const Variant& url, VARIANT_BOOL* ok) = 0;
 
-    // New objects of the table, standing in no tree until a parent inserts them. The kinds whose
-    // classes do not exist yet answer E_NOTIMPL.
+    // New objects of the table, standing in no tree until a parent inserts them. The URL, the
+    // images and the referenced files are those a view carries; a null argument of createURL,
+    // createImage or createImages answers E_INVALIDARG.
     virtual HRESULT createURL(const String& href, const String& title, const String& language,
                               Ref<IQVRCatalogURL>* url) = 0;
     virtual HRESULT createImage(IQVRCatalogObject* url, Ref<IQVRCatalogImage>* image) = 0;

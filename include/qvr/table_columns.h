@@ -119,23 +119,12 @@ public:
     virtual HRESULT calculate(const Variant& row, Variant* result) = 0;
 };
 
-// How a reference column's links are meant to be followed, in the words of XLink. Each is
-// stored by name in its attribute; `show` and `actuate` have a last value that stands for no
-// attribute at all.
+// The role of a reference column's links in the words of XLink, stored by name in `role`. How
+// they are shown and followed (`show`, `actuate`) takes the words of a URL (QVRURLShow,
+// QVRURLActuate), whose undefined values stand for no attribute in a reference column.
 enum QVRRefRole : std::int32_t {
     qvrRoleBr = 0,  // "br"
     qvrRoleImg = 1, // "img"
-};
-enum QVRRefShow : std::int32_t {
-    qvrShowNew = 0,       // "new"
-    qvrShowReplace = 1,   // "replace"
-    qvrShowEmbed = 2,     // "embed"
-    qvrShowUndefined = 3, // no `show` attribute
-};
-enum QVRRefActuate : std::int32_t {
-    qvrActuateOnLoad = 0,    // "onLoad"
-    qvrActuateOnRequest = 1, // "onRequest"
-    qvrActuateUndefined = 2, // no `actuate` attribute
 };
 
 // A column of links, one `RowRef` cell per row (IQVRTableRefCell). It has no data type and no

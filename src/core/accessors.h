@@ -45,37 +45,52 @@ HRESULT putAttribute(ObjectFrame& object, const char* name, const String& value)
 // Clearable attribute property: a null or empty text removes the attribute; removing one that
 // is not there does nothing and fires nothing.
 HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const String& value) noexcept;
+// Key attribute property: an attribute that tells the element apart from its siblings. A null or
+// empty text removes it as the clearable attribute does. Otherwise the text must pass `valid`
+// (when given; else `invalidMessage` is reported), and no sibling may hold it already (message
+// 134); the element's own value passes, and so does any value while it has no parent.
+HRESULT putKeyAttribute(ObjectFrame& object, const char* name, const String& value,
+                        bool (*valid)(const String&) = nullptr,
+                        std::uint32_t invalidMessage = 0) noexcept;
+// Numbered attribute property: the attribute holds one of `texts` and reads as its index. A text
+// that matches none (compared exactly) reads as `unknown`, or without one as the last index; an
+// absent attribute gives S_FALSE and leaves the number alone. Setting an index outside `texts` is
+// E_INVALIDARG, and writes nothing.
+HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             std::int32_t unknown, std::int32_t* number) noexcept;
+inline HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                                    std::int32_t* number) noexcept {
+    return getNumberedAttribute(object, name, texts, static_cast<std::int32_t>(texts.size()) - 1,
+                                number);
+}
+template <class Enum>
+HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts, Enum unknown,
+                             Enum* value) noexcept {
+    std::int32_t number = 0;
+    HRESULT hr = getNumberedAttribute(object, name, texts, unknown, value ? &number : nullptr);
+    if (hr == S_OK) *value = static_cast<Enum>(number);
+    return hr;
+}
+template <class Enum>
+HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             Enum* value) noexcept {
+    return getNumberedAttribute(
+        object, name, texts, static_cast<Enum>(static_cast<std::int32_t>(texts.size()) - 1), value);
+}
+HRESULT putNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             std::int32_t number) noexcept;
+// As putNumberedAttribute, but the number `absent` stands for no attribute: setting it removes
+// the attribute (firing only when there was one), and its text is never written.
+HRESULT putNumberedAttributeOrRemove(ObjectFrame& object, const char* name, ChildNames texts,
+                                     std::int32_t number, std::int32_t absent) noexcept;
+// Whether `number` is the index of one of `texts`.
+constexpr bool namesNumber(ChildNames texts, std::int32_t number) {
+    return number >= 0 && static_cast<std::size_t>(number) < texts.size();
+}
 // A flag attribute of "1" and "0". Reading sets true first: absent gives S_FALSE and true. Only
 // VARIANT_TRUE (-1) writes "1"; any other value writes "0".
 HRESULT getFlag(ObjectFrame& object, const char* name, VARIANT_BOOL* value) noexcept;
 HRESULT putFlag(ObjectFrame& object, const char* name, VARIANT_BOOL value) noexcept;
-
-// Enumerated attribute property: a number stored as the name at its place in `names`. Reading
-// compares the text exactly with each name and gives its place, or `unknown` when none is equal;
-// absent: S_FALSE and `value` not written. Writing a number that names nothing answers
-// E_INVALIDARG and writes nothing.
-HRESULT getNamedNumber(ObjectFrame& object, const char* name, ChildNames names,
-                       std::int32_t unknown, std::int32_t* value) noexcept;
-HRESULT putNamedNumber(ObjectFrame& object, const char* name, ChildNames names,
-                       std::int32_t value) noexcept;
-// As putNamedNumber, but the number `absent` stands for no attribute: writing it removes the
-// attribute (firing only when there was one), and its name is never written.
-HRESULT putNamedNumberOrRemove(ObjectFrame& object, const char* name, ChildNames names,
-                               std::int32_t value, std::int32_t absent) noexcept;
-// The same for the enumerations of the interfaces.
-template <class Enum>
-HRESULT getNamedNumber(ObjectFrame& object, const char* name, ChildNames names, Enum unknown,
-                       Enum* value) noexcept {
-    if (!value) return E_POINTER;
-    std::int32_t number = 0;
-    const HRESULT hr = getNamedNumber(object, name, names, unknown, &number);
-    if (hr == S_OK) *value = static_cast<Enum>(number);
-    return hr;
-}
-// Whether `value` has a place in `names`.
-constexpr bool namesNumber(ChildNames names, std::int32_t value) {
-    return value >= 0 && static_cast<std::size_t>(value) < names.size();
-}
 
 // Own-text property: the text of the element itself.
 HRESULT getOwnText(ObjectFrame& object, String* text) noexcept;
@@ -86,6 +101,11 @@ HRESULT putOwnText(ObjectFrame& object, const String& text) noexcept;
 // converted again on reading.
 HRESULT getReferenceText(ObjectFrame& object, String* text) noexcept;
 HRESULT putReferenceText(ObjectFrame& object, const String& text) noexcept;
+
+// File-reference attribute property: the attribute in the same form as the reference text. A
+// null text is E_INVALIDARG.
+HRESULT getReferenceAttribute(ObjectFrame& object, const char* name, String* text) noexcept;
+HRESULT putReferenceAttribute(ObjectFrame& object, const char* name, const String& text) noexcept;
 
 // Child-text property, read: absent child gives S_FALSE and `text` not written.
 HRESULT getChildText(ObjectFrame& object, const char* child, String* text) noexcept;
@@ -99,6 +119,16 @@ HRESULT putOrderedChildText(ObjectFrame& object, const char* child, const String
 // fires also when nothing was done.
 HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const String& text,
                               ChildNames followers) noexcept;
+
+// Coded child-text property: a child that holds a text and, in `isoCountryCode`, the code of its
+// country. Read: absent child gives S_FALSE; a child without code hands out its text and answers
+// S_FALSE. `code` may be null. Write: a code of the wrong form reports message 124 and changes
+// nothing; a missing child is made with both and placed ahead of the first of `followers` that
+// exists, or at the end.
+HRESULT getCodedChildText(ObjectFrame& object, const char* child, String* code,
+                          String* text) noexcept;
+HRESULT putCodedChildText(ObjectFrame& object, const char* child, const String& code,
+                          const String& text, ChildNames followers) noexcept;
 
 // The first node that `xpath` selects below `element`, wrapped with `catalog` and `parent` and
 // asked for I. Nothing selected: the selection's status (S_FALSE) and null.
@@ -131,8 +161,17 @@ HRESULT getSingleton(ObjectFrame& object, const char* child, Ref<I>* value) noex
 }
 // Sets, replaces or (with null) removes the child `child`. A new child lands right behind the
 // last of `predecessors` that exists, or first. The event fires also when nothing was done.
+// Roots place their singletons the same way (lastPresentChild).
 HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
                      ChildNames predecessors) noexcept;
+// The same for a class with a child order: the predecessors are the names ahead of `child`.
+inline HRESULT putSingletonInOrder(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
+                                   ChildNames order) noexcept {
+    return putSingleton(object, child, value, namesBefore(order, child));
+}
+
+// The last of `names` that stands as a child of `element`, or `fallback` when none does.
+const char* lastPresentChild(IXMLDOMElement* element, ChildNames names, const char* fallback);
 
 } // namespace accessors
 } // namespace qvr

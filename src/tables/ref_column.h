@@ -7,14 +7,13 @@
 #include <qvr/table_cells.h>
 #include <qvr/table_columns.h>
 
+#include "core/xlink_words.h"
 #include "tables/holds_cells.h"
 #include "tables/table_column_object.h"
 
 namespace qvr {
 
 inline constexpr const char* roleNames[] = {"br", "img"};
-inline constexpr const char* showNames[] = {"new", "replace", "embed", "undefined"};
-inline constexpr const char* actuateNames[] = {"onLoad", "onRequest", "undefined"};
 
 class CQVRTableRefColumn final
     : public HoldsCells<TableColumnObject<IQVRTableRefColumn, qvrRefColumn>, IQVRTableRefCell> {
@@ -31,24 +30,24 @@ public:
     HRESULT put_unit(const String&) override { return E_NOTIMPL; }
 
     HRESULT get_role(std::int32_t* role) override {
-        return accessors::getNamedNumber(*this, "role", roleNames, qvrRoleBr, role);
+        return accessors::getNumberedAttribute(*this, "role", roleNames, qvrRoleBr, role);
     }
     HRESULT put_role(std::int32_t role) override {
-        return accessors::putNamedNumber(*this, "role", roleNames, role);
+        return accessors::putNumberedAttribute(*this, "role", roleNames, role);
     }
     HRESULT get_show(std::int32_t* show) override {
-        return accessors::getNamedNumber(*this, "show", showNames, qvrShowUndefined, show);
+        return accessors::getNumberedAttribute(*this, "show", xlinkShowWords, show);
     }
     HRESULT put_show(std::int32_t show) override {
-        return accessors::putNamedNumberOrRemove(*this, "show", showNames, show, qvrShowUndefined);
+        return accessors::putNumberedAttributeOrRemove(*this, "show", xlinkShowWords, show,
+                                                       qvrShowUndefined);
     }
     HRESULT get_actuate(std::int32_t* actuate) override {
-        return accessors::getNamedNumber(*this, "actuate", actuateNames, qvrActuateUndefined,
-                                         actuate);
+        return accessors::getNumberedAttribute(*this, "actuate", xlinkActuateWords, actuate);
     }
     HRESULT put_actuate(std::int32_t actuate) override {
-        return accessors::putNamedNumberOrRemove(*this, "actuate", actuateNames, actuate,
-                                                 qvrActuateUndefined);
+        return accessors::putNumberedAttributeOrRemove(*this, "actuate", xlinkActuateWords, actuate,
+                                                       qvrActuateUndefined);
     }
 
     // The description of a new reference column, in this order: a new `id`, `name`, `role`,

@@ -23,12 +23,12 @@ public:
     }
     // A name that is none of the three reads as "string".
     HRESULT get_dataType(QVRColumnDataType* dataType) override {
-        return accessors::getNamedNumber(*this, "dataType", dataTypeNames, qvrDataTypeString,
-                                         dataType);
+        return accessors::getNumberedAttribute(*this, "dataType", dataTypeNames, qvrDataTypeString,
+                                               dataType);
     }
     // The cells keep their texts, whatever the new type.
     HRESULT put_dataType(QVRColumnDataType dataType) override {
-        return accessors::putNamedNumber(*this, "dataType", dataTypeNames, dataType);
+        return accessors::putNumberedAttribute(*this, "dataType", dataTypeNames, dataType);
     }
     HRESULT get_name(String* name) override { return accessors::getAttribute(*this, "name", name); }
     HRESULT put_name(const String& name) override {

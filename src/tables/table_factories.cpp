@@ -1,7 +1,8 @@
 // The table's create… operations: each makes an object of its class around a new element of the
 // table's document, standing in no tree, with the table as its catalog, and fills it through the
-// object's own operations. The content classes that arrive later answer E_NOTIMPL; each becomes a
-// one-line call of createChild with its class and its filling.
+// object's own operations.
+#include "content/media.h"
+#include "content/url.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
@@ -22,10 +23,11 @@
 namespace qvr {
 
 template <class T, class I, class Fill>
-HRESULT CQVRCatalogTable::createChild(Ref<I>* out, Fill&& fill) {
+HRESULT CQVRCatalogTable::createChild(Ref<I>* out, bool required, Fill&& fill) {
     return guarded([&] {
         if (!out) return E_POINTER;
         *out = nullptr;
+        if (!required) return E_INVALIDARG;
         HRESULT hr = requireDocument();
         if (hr != S_OK) return hr;
         Ref<T> created;
@@ -141,35 +143,32 @@ HRESULT CQVRCatalogTable::newGuid(String* guid) {
     });
 }
 
-// --- Kinds whose classes arrive later ----------------------------------------------------------
+// --- Media of the views ----------------------------------------------------------------------
 
-namespace {
-
-template <class I>
-HRESULT notYet(Ref<I>* out) {
-    if (!out) return E_POINTER;
-    *out = nullptr;
-    return E_NOTIMPL;
-}
-
-} // namespace
-
-HRESULT CQVRCatalogTable::createURL(const String&, const String&, const String&,
+HRESULT CQVRCatalogTable::createURL(const String& href, const String& title, const String& language,
                                     Ref<IQVRCatalogURL>* url) {
-    return notYet(url);
+    return createChild<CQVRCatalogURL>(
+        url, !href.isNull() && !title.isNull() && !language.isNull(),
+        [&](CQVRCatalogURL& created) { return created.fillNew(href, title, language); });
 }
 
-HRESULT CQVRCatalogTable::createImage(IQVRCatalogObject*, Ref<IQVRCatalogImage>* image) {
-    return notYet(image);
+HRESULT CQVRCatalogTable::createImage(IQVRCatalogObject* url, Ref<IQVRCatalogImage>* image) {
+    return createChild<CQVRCatalogImage>(image, url != nullptr, [&](CQVRCatalogImage& created) {
+        return created.appendChild(url, nullptr);
+    });
 }
 
-HRESULT CQVRCatalogTable::createImages(IQVRCatalogObject*, Ref<IQVRCatalogImages>* images) {
-    return notYet(images);
+HRESULT CQVRCatalogTable::createImages(IQVRCatalogObject* image, Ref<IQVRCatalogImages>* images) {
+    return createChild<CQVRCatalogImages>(
+        images, image != nullptr,
+        [&](CQVRCatalogImages& created) { return created.appendChild(image, nullptr); });
 }
 
-HRESULT CQVRCatalogTable::createReferencedFiles(IQVRCatalogObject*,
+HRESULT CQVRCatalogTable::createReferencedFiles(IQVRCatalogObject* reference,
                                                 Ref<IQVRCatalogReferencedFiles>* files) {
-    return notYet(files);
+    return createChild<CQVRCatalogReferencedFiles>(files, [&](CQVRCatalogReferencedFiles& created) {
+        return created.appendChild(reference, nullptr);
+    });
 }
 
 } // namespace qvr

@@ -25,10 +25,10 @@ class TableViewObject : public TableChildObject<Interface, Type> {
 public:
     // --- IQVRTableViewObject -------------------------------------------------------------------
     HRESULT get_viewKey(QVRViewKey* viewKey) override {
-        return accessors::getNamedNumber(*this, "viewKey", viewKeyNames, qvrViewUndefined, viewKey);
+        return accessors::getNumberedAttribute(*this, "viewKey", viewKeyNames, viewKey);
     }
     HRESULT put_viewKey(QVRViewKey viewKey) override {
-        return accessors::putNamedNumber(*this, "viewKey", viewKeyNames, viewKey);
+        return accessors::putNumberedAttribute(*this, "viewKey", viewKeyNames, viewKey);
     }
     HRESULT get_viewName(String* viewName) override {
         return accessors::getAttribute(*this, "viewName", viewName);

@@ -94,8 +94,8 @@ inline Variant valueAt(IQVRCatalogTable* table, IQVRCatalogObject* column, const
     return value;
 }
 
-// Rows, cells and recipes by kind and key (without one by kind alone), everything else by name
-// ("Table" for the table itself).
+// Rows, cells and recipes by kind and key (without one by kind alone), views by their view name,
+// everything else by name ("Table" for the table itself).
 inline std::string describeTableObject(IQVRCatalogObject* object) {
     QVRObjectType type = qvrCatalog;
     if (object) object->get_objectType(&type);
@@ -108,6 +108,8 @@ inline std::string describeTableObject(IQVRCatalogObject* object) {
     case qvrCell: return withKey("Cell");
     case qvrDrawing: return withKey("Drawing");
     case qvrRefCell: return withKey("Link");
+    case qvrView:
+    case qvrConstView: return textAt(object, "@viewName");
     case qvrRecipe: return withKey("Recipe");
     case qvrTable: return "Table";
     default: return nameOf(object);

@@ -4,6 +4,8 @@
 #include <cstdint>
 
 #include "common/temp_files.h"
+#include "content/classification.h"
+#include "core/object_factory.h"
 #include "tables/table_fixture.h"
 
 namespace qvr::testing {
@@ -113,6 +115,88 @@ TEST(TableViews, EachSideHasAViewWithDrawingsForSomeRows) {
                   textAt(hidden, "@visible"),
               "Iso|Isometric|0");
     EXPECT_EQ(keyOf(hidden).substr(0, 1), "C");
+}
+
+// An Images group of one image, or the referenced files of one URL, at `href`.
+Ref<IQVRCatalogImages> newImages(IQVRCatalogTable* table, const char* href) {
+    Ref<IQVRCatalogURL> url;
+    Ref<IQVRCatalogImage> image;
+    Ref<IQVRCatalogImages> images;
+    EXPECT_EQ(table->createURL(href, "", "", &url), S_OK);
+    EXPECT_EQ(table->createImage(url, &image), S_OK);
+    EXPECT_EQ(table->createImages(image, &images), S_OK);
+    return images;
+}
+
+Ref<IQVRCatalogReferencedFiles> newFiles(IQVRCatalogTable* table, const char* href) {
+    Ref<IQVRCatalogURL> url;
+    Ref<IQVRCatalogReferencedFiles> files;
+    EXPECT_EQ(table->createURL(href, "", "", &url), S_OK);
+    EXPECT_EQ(table->createReferencedFiles(url, &files), S_OK);
+    return files;
+}
+
+TEST(TableViews, AViewKeepsItsImagesFilesAndExtrinsicsAheadOfItsDrawings) {
+    Ref<IQVRCatalogTable> table = newTable();
+    Ref<IQVRTableView> view = addView(table, qvrViewFront, "Front");
+    ASSERT_EQ(addDrawing(table, view, "A", "a.dxf"), S_OK);
+    Ref<IXMLDOMElement> root;
+    Ref<IXMLDOMDocument> document;
+    ASSERT_EQ(table->get_domNode(&root), S_OK);
+    ASSERT_EQ(root->get_ownerDocument(&document), S_OK);
+    Ref<CQVRCatalogExtrinsics> extrinsics;
+    ASSERT_EQ(createNewWrapper<CQVRCatalogExtrinsics>(document, table, &extrinsics), S_OK);
+    Ref<IQVRCatalogImages> newImage = newImages(table, "img/front.png");
+    Ref<IQVRCatalogReferencedFiles> newFile = newFiles(table, "ref/front.dxf"),
+                                    otherFile = newFiles(table, "ref/other.dxf"),
+                                    thirdFile = newFiles(table, "ref/third.dxf");
+    TableListener listener(table);
+
+    ASSERT_EQ(view->putref_extrinsics(extrinsics), S_OK);
+    EXPECT_EQ(childTags(view), "Extrinsics Drawing");
+    ASSERT_EQ(view->putref_images(newImage), S_OK);
+    EXPECT_EQ(childTags(view), "Images Extrinsics Drawing");
+    ASSERT_EQ(view->putref_xRefFiles(newFile), S_OK);
+    EXPECT_EQ(childTags(view), "Images XRefFiles Extrinsics Drawing");
+    EXPECT_EQ(listener.take(), "changed Front | changed Front | changed Front");
+    Ref<IQVRCatalogImages> images;
+    Ref<IQVRCatalogReferencedFiles> files;
+    ASSERT_EQ(view->get_images(&images), S_OK);
+    ASSERT_EQ(view->get_xRefFiles(&files), S_OK);
+    EXPECT_EQ(textAt(images, "Image/URL/@xlink:href") + " " + textAt(files, "URL/@xlink:href"),
+              "img/front.png ref/front.dxf");
+    // The singletons are no cells: the view lists its drawings, and leaves the table with them.
+    Ref<IQVRCatalogObjectList> cells;
+    ASSERT_EQ(view->get_childNodes(&cells), S_OK);
+    EXPECT_EQ(keysIn(cells), "A");
+
+    // Files given to a view that has files take the place of its images; the old files stay.
+    ASSERT_EQ(view->putref_xRefFiles(otherFile), S_OK);
+    EXPECT_EQ(childTags(view), "XRefFiles XRefFiles Extrinsics Drawing");
+    EXPECT_EQ(view->get_images(&images), S_FALSE);
+    EXPECT_FALSE(images);
+    // Without images to replace, nothing changes.
+    EXPECT_EQ(view->putref_xRefFiles(thirdFile), S_FALSE);
+    EXPECT_EQ(childTags(view), "XRefFiles XRefFiles Extrinsics Drawing");
+    listener.take();
+    // Removing files that are not there answers S_FALSE and tells nobody; removing images that
+    // are not there is told all the same.
+    Ref<IQVRTableView> bare = addView(table, qvrViewBack, "Back");
+    listener.take();
+    EXPECT_EQ(bare->putref_xRefFiles(nullptr), S_FALSE);
+    EXPECT_EQ(listener.take(), "");
+    EXPECT_EQ(bare->putref_images(nullptr), S_OK);
+    EXPECT_EQ(listener.take(), "changed Back");
+    ASSERT_EQ(view->putref_xRefFiles(nullptr), S_OK);
+    EXPECT_EQ(childTags(view), "XRefFiles Extrinsics Drawing");
+
+    ASSERT_EQ(table->removeChild(view, nullptr), S_OK);
+    EXPECT_EQ(rowKeys(table), "");
+    // The media of a view need their first child.
+    Ref<IQVRCatalogImage> image;
+    EXPECT_EQ(table->createImage(nullptr, &image), E_INVALIDARG);
+    EXPECT_EQ(table->createImages(nullptr, &images), E_INVALIDARG);
+    EXPECT_EQ(table->createReferencedFiles(nullptr, &files), E_POINTER);
 }
 
 TEST(TableViews, WordsOutsideTheirListsAreRefusedAndUnknownWordsReadAsTheFallback) {
@@ -348,6 +432,8 @@ TEST_F(TableKinds, ATableOfEveryKindReadsBackEqualAfterSavingAndLoading) {
               S_OK);
     ASSERT_EQ(table->appendChild(weight, nullptr), S_OK);
     Ref<IQVRTableView> front = addView(table, qvrViewFront, "Front");
+    ASSERT_EQ(front->putref_images(newImages(table, "img/front.png")), S_OK);
+    ASSERT_EQ(front->putref_xRefFiles(newFiles(table, "http://cad/front.step")), S_OK);
     Ref<IQVRTableConstView> top;
     ASSERT_EQ(table->createConstView(qvrViewTop, newRecipe(table, "CAD", "r/top.cad"), "Top", "",
                                      VARIANT_TRUE, &top),
@@ -413,6 +499,9 @@ TEST_F(TableKinds, ATableOfEveryKindReadsBackEqualAfterSavingAndLoading) {
     QVRViewKey side = qvrViewUndefined;
     ASSERT_EQ(query<IQVRTableConstView>(column[4])->get_viewKey(&side), S_OK);
     EXPECT_EQ(side, qvrViewTop);
+    Ref<IQVRCatalogReferencedFiles> files;
+    ASSERT_EQ(query<IQVRTableView>(column[5])->get_xRefFiles(&files), S_OK);
+    EXPECT_EQ(textAt(files, "URL/@xlink:href"), "http://cad/front.step");
 }
 
 } // namespace
