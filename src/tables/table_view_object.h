@@ -40,14 +40,14 @@ public:
         return accessors::getSingleton(*this, "Images", images);
     }
     HRESULT putref_images(IQVRCatalogObject* images) override {
-        return accessors::putSingleton(*this, "Images", images, {});
+        return accessors::putSingletonInOrder(*this, "Images", images, viewSingletons);
     }
     HRESULT get_xRefFiles(Ref<IQVRCatalogReferencedFiles>* files) override {
         return accessors::getSingleton(*this, "XRefFiles", files);
     }
     // Not the singleton pattern: files given to a view that has files already replace its
     // images, not its files, and a removal that finds nothing answers S_FALSE and tells nobody.
-    // Documents written that way load as they were written.
+    // Kept as views have always behaved, so that the same calls write the same documents.
     HRESULT putref_xRefFiles(IQVRCatalogObject* files) override {
         return guarded([&] {
             if (!this->initialized()) return this->notInitialized();
