@@ -7,9 +7,11 @@
 #include "content/part.h"
 #include "content/url.h"
 #include "core/accessors.h"
+#include "core/child_tool.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
+#include "core/singleton_tool.h"
 #include "core/value_selection.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
@@ -48,7 +50,7 @@ CQVRCatalog::CQVRCatalog()
 // --- Hooks -------------------------------------------------------------------------------------
 
 HRESULT CQVRCatalog::notInitialized() const {
-    return report(102);
+    return report(msgCatalogNotInitialized);
 }
 
 HRESULT CQVRCatalog::workElement(Ref<IXMLDOMElement>* element) {
@@ -61,11 +63,10 @@ HRESULT CQVRCatalog::catalogObject(Ref<IQVRCatalogObject>* catalog) {
     return S_OK;
 }
 
-HRESULT CQVRCatalog::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
-                                 const Variant& position, Ref<IQVRCatalogObject>* inserted,
-                                 const ContainerRow& row) {
-    return tool.insertChildObjectDirect(self(), self(), child, position, inserted, row.keyAttribute,
-                                        row.childSelection);
+HRESULT CQVRCatalog::insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
+                                 Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) {
+    return tool.insertChildObject(self(), self(), child, position, inserted, row.keyAttribute,
+                                  row.childSelection);
 }
 
 void CQVRCatalog::fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) {
@@ -169,10 +170,10 @@ HRESULT CQVRCatalog::putGroup(const char* tag, IQVRCatalogObject* group) {
         if (hr != S_OK) return hr;
         Ref<IXMLDOMNode> present;
         if (FAILED(hr = root->selectSingleNode(tag, &present))) return hr;
-        CXMLDOMTool tool(root);
+        SingletonTool tool(root);
         Ref<IQVRCatalogObject> placed;
         if (present && group) {
-            hr = tool.replaceSingletonDirect(self(), self(), tag, group, &placed);
+            hr = tool.replaceSingleton(self(), self(), tag, group, &placed);
         } else if (present) {
             hr = tool.removeNode(present);
         } else if (group) {
@@ -180,7 +181,7 @@ HRESULT CQVRCatalog::putGroup(const char* tag, IQVRCatalogObject* group) {
             // without it the group goes first.
             const char* after = accessors::lastPresentChild(root, namesBefore(rootGroupOrder, tag),
                                                             rootGroupOrder[0]);
-            hr = tool.insertSingletonAfterDirect(self(), self(), after, group, &placed);
+            hr = tool.insertSingletonAfter(self(), self(), after, group, &placed);
         }
         if (FAILED(hr)) return hr;
         fire(qvrEventObjectChanged, self(), Variant());
@@ -254,7 +255,7 @@ HRESULT CQVRCatalog::putref_host(IUnknown* host) {
 HRESULT CQVRCatalog::checkLoaded(HRESULT loadStatus) {
     if (loadStatus != S_OK) return reportParseFailure(loadStatus);
     Ref<IXMLDOMElement> root; // a foreign document stays
-    return checkRootTag("vCAT", 147, QVR_E_NOTCATALOG, &root);
+    return checkRootTag("vCAT", msgNotCatalogFile, QVR_E_NOTCATALOG, &root);
 }
 
 HRESULT CQVRCatalog::load(const Variant& source, VARIANT_BOOL* done) {
@@ -264,7 +265,7 @@ HRESULT CQVRCatalog::load(const Variant& source, VARIANT_BOOL* done) {
         // The open tables belong to the document being replaced: they go before the file is
         // looked at, so a failed load has lost them too.
         if (tables_) tables_->clear();
-        HRESULT hr = ensureDocument(102);
+        HRESULT hr = ensureDocument(msgCatalogNotInitialized);
         if (hr != S_OK) return hr;
         document_->put_async(VARIANT_FALSE);
         if ((hr = checkLoaded(document_->load(source, done))) != S_OK) return hr;
@@ -278,7 +279,7 @@ HRESULT CQVRCatalog::loadXML(const String& xml, VARIANT_BOOL* done) {
     return guarded([&] {
         // Unlike load, the document is readied before the out pointer is looked at.
         if (tables_) tables_->clear();
-        HRESULT hr = ensureDocument(102);
+        HRESULT hr = ensureDocument(msgCatalogNotInitialized);
         if (hr != S_OK) return hr;
         if (!done) return E_POINTER;
         *done = VARIANT_FALSE;
@@ -325,7 +326,7 @@ HRESULT CQVRCatalog::saveTables() {
         }
         VARIANT_BOOL saved = VARIANT_FALSE;
         if ((hr = table->save(&saved)) == S_OK) continue;
-        std::string text(messageText(145));
+        std::string text(messageText(msgTableSaveFailed));
         Variant path;
         if (table->get_url(&path) == S_OK && path.vt() == VT_BSTR) text += " " + path.str().str();
         return reportError(errorSource(), String(text), hr);
@@ -561,7 +562,7 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
         }
         Ref<IXMLDOMNode> node;
         if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
-        return CXMLDOMTool(node).createObject(self(), self(), object);
+        return createObjectOf(node, self(), self(), object);
     });
 }
 

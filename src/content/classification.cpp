@@ -1,14 +1,16 @@
 #include "content/classification.h"
 
+#include "core/object_factory.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
 
 void CQVRCatalogExtrinsic::clear() {
+    CXMLDOMTool tool(element());
     Ref<IXMLDOMNode> child;
     while (element()->get_firstChild(&child) == S_OK && child) {
-        if (FAILED(element()->removeChild(child, nullptr))) return; // it would stay first
+        if (FAILED(tool.removeNode(child))) return; // it would stay first, and forever
         child = nullptr;
     }
 }
@@ -23,8 +25,7 @@ HRESULT CQVRCatalogExtrinsic::get_content(Ref<IQVRCatalogObject>* content) {
         // A held text, or an element of no class, is no object: E_FAIL whatever the factory
         // answered. Text is read through get_value.
         Ref<IQVRCatalogObject> object;
-        if (CXMLDOMTool(first).createObjectFromCookie(catalogCookie(), self(), &object) != S_OK)
-            return E_FAIL;
+        if (createObjectOf(first, catalogRef(), self(), &object) != S_OK) return E_FAIL;
         *content = std::move(object);
         return S_OK;
     });

@@ -131,7 +131,7 @@ public:
     // The code is looked at before the element: a null one is a bad code, not a bad argument.
     HRESULT put_isoCountryCode(const String& code) override {
         return guarded([&] {
-            if (!isCountryCode(code)) return report(124);
+            if (!isCountryCode(code)) return report(msgBadCountryCode);
             return accessors::putAttribute(*this, "isoCountryCode", code);
         });
     }

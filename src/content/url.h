@@ -24,7 +24,8 @@ public:
     }
     // One target per language: the code is the URL's key among its siblings.
     HRESULT put_lang(const String& language) override {
-        return accessors::putKeyAttribute(*this, "xml:lang", language, &isLanguageCode, 123);
+        return accessors::putKeyAttribute(*this, "xml:lang", language, &isLanguageCode,
+                                          msgBadLanguageCode);
     }
     HRESULT get_href(String* href) override {
         return accessors::getReferenceAttribute(*this, "xlink:href", href);

@@ -1,7 +1,9 @@
 #include "core/accessors.h"
 
+#include "core/child_tool.h"
 #include "core/iso_codes.h"
-#include "core/xml_dom_tool.h"
+#include "core/object_factory.h"
+#include "core/singleton_tool.h"
 #include "platform/com/failure.h"
 #include "platform/url/url.h"
 
@@ -85,14 +87,17 @@ HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const Strin
 }
 
 HRESULT putKeyAttribute(ObjectFrame& object, const char* name, const String& value,
-                        bool (*valid)(const String&), std::uint32_t invalidMessage) noexcept {
+                        bool (*valid)(const String&), Msg invalidMessage) noexcept {
     if (value.isEmpty()) return putClearableAttribute(object, name, value);
     return onElement(object, [&](IXMLDOMElement* element) {
         if (valid && !valid(value)) return object.report(invalidMessage);
-        // Without a parent the tool is empty and finds no sibling.
-        if (CXMLDOMTool::fromCookie(object.parentCookie())
-                .checkUniqueAttribute(element, name, value) != S_OK)
-            return object.report(134);
+        // Among the parent's children; without a parent the tool is empty and finds no sibling.
+        Ref<IXMLDOMElement> siblings;
+        if (const Ref<IQVRCatalogObject> parent = object.parentRef();
+            parent && FAILED(parent->get_domNode(&siblings)))
+            siblings = nullptr;
+        if (ChildTool(siblings).checkUniqueAttribute(element, name, value) != S_OK)
+            return object.report(msgDuplicateId);
         return changed(object, element->setAttribute(name, value));
     });
 }
@@ -260,7 +265,7 @@ HRESULT putCodedChildText(ObjectFrame& object, const char* child, const String& 
                           const String& text, ChildNames followers) noexcept {
     return guarded([&] {
         // The code is looked at before anything else: a bad one leaves everything as it was.
-        if (!isCountryCode(code)) return object.report(124);
+        if (!isCountryCode(code)) return object.report(msgBadCountryCode);
         return onElement(object, [&](IXMLDOMElement* element) {
             Ref<IXMLDOMNode> node;
             HRESULT hr = element->selectSingleNode(child, &node);
@@ -281,7 +286,7 @@ HRESULT wrapSelected(IXMLDOMElement* element, const char* xpath, IQVRCatalogObje
     Ref<IXMLDOMNode> node;
     HRESULT hr = element->selectSingleNode(xpath, &node);
     if (hr != S_OK) return hr;
-    return CXMLDOMTool(node).createObject(catalog, parent, object);
+    return createObjectOf(node, catalog, parent, object);
 }
 
 HRESULT getSingleton(ObjectFrame& object, const char* child,
@@ -290,7 +295,7 @@ HRESULT getSingleton(ObjectFrame& object, const char* child,
     return onElement(object, value, [&](IXMLDOMElement* element) {
         Ref<IXMLDOMNode> node;
         if (element->selectSingleNode(child, &node) != S_OK) return S_FALSE;
-        return CXMLDOMTool(node).createObject(object.catalogRef(), object.self(), value);
+        return createObjectOf(node, object.catalogRef(), object.self(), value);
     });
 }
 
@@ -300,11 +305,11 @@ HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* 
         Ref<IXMLDOMNode> present;
         HRESULT hr = element->selectSingleNode(child, &present);
         if (FAILED(hr)) return hr;
-        CXMLDOMTool tool(element);
+        SingletonTool tool(element);
+        const Ref<IQVRCatalogObject> catalog = object.catalogRef();
         Ref<IQVRCatalogObject> placed;
         if (present && value) {
-            hr =
-                tool.replaceSingleton(object.catalogCookie(), object.self(), child, value, &placed);
+            hr = tool.replaceSingleton(catalog, object.self(), child, value, &placed);
         } else if (present) {
             hr = tool.removeNode(present);
         } else if (value) {
@@ -312,8 +317,7 @@ HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* 
             // selects nothing and the child goes first.
             const char* after = lastPresentChild(
                 element, predecessors, predecessors.empty() ? child : predecessors.front());
-            hr = tool.insertSingletonAfter(object.catalogCookie(), object.self(), after, value,
-                                           &placed);
+            hr = tool.insertSingletonAfter(catalog, object.self(), after, value, &placed);
         }
         return changed(object, FAILED(hr) ? hr : S_OK);
     });

@@ -7,7 +7,7 @@
 //   }
 //
 // Common to all: a null result pointer gives E_POINTER; an object without element reports
-// message 116 with E_FAIL; a failing DOM step is returned as it stands; a setter fires
+// msgObjectNotInitialized with E_FAIL; a failing DOM step is returned as it stands; a setter fires
 // qvrEventObjectChanged with the object as source and subject, after the change and only if it
 // succeeded. Every function here is noexcept: exceptions become statuses.
 #pragma once
@@ -47,11 +47,10 @@ HRESULT putAttribute(ObjectFrame& object, const char* name, const String& value)
 HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const String& value) noexcept;
 // Key attribute property: an attribute that tells the element apart from its siblings. A null or
 // empty text removes it as the clearable attribute does. Otherwise the text must pass `valid`
-// (when given; else `invalidMessage` is reported), and no sibling may hold it already (message
-// 134); the element's own value passes, and so does any value while it has no parent.
+// (when given; else `invalidMessage` is reported), and no sibling may hold it already
+// (msgDuplicateId); the element's own value passes, and so does any value while it has no parent.
 HRESULT putKeyAttribute(ObjectFrame& object, const char* name, const String& value,
-                        bool (*valid)(const String&) = nullptr,
-                        std::uint32_t invalidMessage = 0) noexcept;
+                        bool (*valid)(const String&) = nullptr, Msg invalidMessage = {}) noexcept;
 // Numbered attribute property: the attribute holds one of `texts` and reads as its index. A text
 // that matches none (compared exactly) reads as `unknown`, or without one as the last index; an
 // absent attribute gives S_FALSE and leaves the number alone. Setting an index outside `texts` is
@@ -122,9 +121,9 @@ HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const Stri
 
 // Coded child-text property: a child that holds a text and, in `isoCountryCode`, the code of its
 // country. Read: absent child gives S_FALSE; a child without code hands out its text and answers
-// S_FALSE. `code` may be null. Write: a code of the wrong form reports message 124 and changes
-// nothing; a missing child is made with both and placed ahead of the first of `followers` that
-// exists, or at the end.
+// S_FALSE. `code` may be null. Write: a code of the wrong form reports msgBadCountryCode and
+// changes nothing; a missing child is made with both and placed ahead of the first of `followers`
+// that exists, or at the end.
 HRESULT getCodedChildText(ObjectFrame& object, const char* child, String* code,
                           String* text) noexcept;
 HRESULT putCodedChildText(ObjectFrame& object, const char* child, const String& code,

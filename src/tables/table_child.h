@@ -17,7 +17,6 @@
 #include "core/accessors.h"
 #include "core/catalog_object.h"
 #include "core/ids.h"
-#include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
@@ -37,17 +36,11 @@ public:
     HRESULT put_visible(VARIANT_BOOL visible) override {
         return accessors::putFlag(*this, "visible", visible);
     }
+    // Unique among the parent's children; the child's own present id passes, and so does any id
+    // of a child without parent.
     HRESULT put_id(const String& id) override {
-        return guarded([&] {
-            if (id.isEmpty()) return E_INVALIDARG;
-            if (!this->initialized()) return this->notInitialized();
-            // Unique among the parent's children; the child's own present id passes.
-            HRESULT hr = CXMLDOMTool::fromCookie(this->parentCookie())
-                             .checkUniqueAttribute(this->element(), "id", id);
-            if (hr != S_OK) return this->report(134);
-            if ((hr = this->element()->setAttribute("id", id)) == S_OK) this->fireChanged();
-            return hr;
-        });
+        if (id.isEmpty()) return E_INVALIDARG;
+        return accessors::putKeyAttribute(*this, "id", id);
     }
     // Wrapped with the child as its catalog as well as its parent, so that the changes made in
     // it are heard nowhere. A child that is not initialized answers with the table's message.
@@ -55,7 +48,7 @@ public:
         return guarded([&] {
             if (!extrinsics) return E_POINTER;
             *extrinsics = nullptr;
-            if (!this->initialized()) return this->report(110);
+            if (!this->initialized()) return this->report(msgTableNotInitialized);
             return accessors::wrapSelected(this->element(), "Extrinsics", this->self(),
                                            this->self(), extrinsics);
         });

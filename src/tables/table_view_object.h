@@ -10,6 +10,7 @@
 #include <qvr/media.h>
 #include <qvr/table_columns.h>
 
+#include "core/singleton_tool.h"
 #include "tables/table_child.h"
 
 namespace qvr {
@@ -55,9 +56,9 @@ public:
             Ref<IXMLDOMNode> present;
             HRESULT hr = element->selectSingleNode("XRefFiles", &present);
             if (FAILED(hr)) return hr;
-            CXMLDOMTool tool(element);
+            SingletonTool tool(element);
             Ref<IQVRCatalogObject> other;
-            const std::uint32_t table = this->catalogCookie();
+            const Ref<IQVRCatalogObject> table = this->catalogRef();
             if (present && files)
                 hr = tool.replaceSingleton(table, this->self(), "Images", files, &other);
             else if (present)

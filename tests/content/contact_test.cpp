@@ -66,15 +66,6 @@ TEST(Contact, CountryCodesAreTwoCapitals) {
 
     ASSERT_EQ(postal->put_country("AT", "Austria"), S_OK);
     EXPECT_EQ(countryOf(postal), "AT Austria");
-    // A country without code: the text and S_FALSE.
-    Ref<IXMLDOMElement> element;
-    Ref<IXMLDOMNode> country;
-    ASSERT_EQ(postal->get_domNode(&element), S_OK);
-    ASSERT_EQ(element->selectSingleNode("Country", &country), S_OK);
-    ASSERT_EQ(query<IXMLDOMElement>(country)->removeAttribute("isoCountryCode"), S_OK);
-    code = "kept";
-    EXPECT_EQ(postal->get_country(&code, &text), S_FALSE);
-    EXPECT_EQ(code.str() + " " + text.str(), "kept Austria");
 
     // The factories end at a bad code and hand out nothing.
     Ref<IQVRCatalogAddress> none;
@@ -105,21 +96,11 @@ TEST(Contact, ChildrenStandInTheirOrder) {
     EXPECT_EQ(childTags(address), "Name PostalAddress Email Phone Fax");
     ASSERT_EQ(address->putref_phone(nullptr), S_OK);
     EXPECT_EQ(childTags(address), "Name PostalAddress Email Fax");
-    Ref<IQVRCatalogFax> faxAgain;
-    ASSERT_EQ(address->get_fax(&faxAgain), S_OK);
-    Ref<IQVRCatalogTelephoneNumber> number;
-    ASSERT_EQ(faxAgain->get_telephoneNumber(&number), S_OK);
-    String text;
-    ASSERT_EQ(number->get_number(&text), S_OK);
-    EXPECT_EQ(text, "101");
 
     // A phone's number is replaced, never removed.
     ASSERT_EQ(phone->putref_telephoneNumber(newNumber(catalog, "200")), S_OK);
     EXPECT_EQ(childTags(phone), "TelephoneNumber");
     EXPECT_EQ(phone->putref_telephoneNumber(nullptr), E_POINTER);
-    Ref<IQVRCatalogPhone> noNumber;
-    EXPECT_EQ(catalog->createPhone("x", nullptr, &noNumber), E_POINTER);
-    EXPECT_FALSE(noNumber);
 
     // A postal address: City first; State and PostalCode go by the empty text, City stays.
     Ref<IQVRCatalogPostalAddress> postal = newPostalAddress(catalog);
@@ -134,12 +115,6 @@ TEST(Contact, ChildrenStandInTheirOrder) {
     EXPECT_EQ(childTags(postal), "City Country Street");
     EXPECT_EQ(postal->appendChild(phone, nullptr), E_FAIL);
     EXPECT_EQ(lastError(), "You can only append Street-Objects as a child of this object.");
-    Ref<IQVRCatalogObjectList> streets;
-    Ref<IQVRCatalogObject> street;
-    ASSERT_EQ(postal->get_childNodes(&streets), S_OK);
-    ASSERT_EQ(streets->getItem(1, &street), S_OK);
-    EXPECT_EQ(postal->removeChild(street, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
 
     // A telephone number: the country code lands ahead of Number, else Extension, else
     // AreaOrCityCode; Number ahead of Extension; an absent Extension is removed quietly.
