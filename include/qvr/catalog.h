@@ -28,7 +28,7 @@
 
 namespace qvr {
 
-class IQVRCatalog : public IQVRCatalogObject {
+class QVR_API IQVRCatalog : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalog)
 
@@ -140,6 +140,6 @@ public:
 };
 
 // A new catalog, not initialized yet.
-HRESULT CreateCatalog(Ref<IQVRCatalog>* catalog);
+QVR_API HRESULT CreateCatalog(Ref<IQVRCatalog>* catalog);
 
 } // namespace qvr

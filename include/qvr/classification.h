@@ -12,7 +12,7 @@ namespace qvr {
 
 // A classification under one system: the domain is the key, the text the value. Takes no
 // children.
-class IQVRCatalogClass : public IQVRCatalogObject {
+class QVR_API IQVRCatalogClass : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogClass)
 
@@ -25,14 +25,14 @@ public:
 };
 
 // Classes, one per domain. Another kind of child: "You can only append childs from type Class.".
-class IQVRCatalogClassifications : public IQVRCatalogObject {
+class QVR_API IQVRCatalogClassifications : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogClassifications)
 };
 
 // Named extra data: a text, or a copy of an element. Each writer replaces what was held. Its key
 // is its name. Takes no children.
-class IQVRCatalogExtrinsic : public IQVRCatalogObject {
+class QVR_API IQVRCatalogExtrinsic : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogExtrinsic)
 
@@ -50,7 +50,7 @@ public:
 
 // Extrinsics side by side, without a key. Another kind of child: "You can only append a
 // Extrinsic as child of this object.".
-class IQVRCatalogExtrinsics : public IQVRCatalogObject {
+class QVR_API IQVRCatalogExtrinsics : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogExtrinsics)
 };

@@ -11,7 +11,7 @@
 namespace qvr {
 
 // One line of a street address: the element's text. Takes no children.
-class IQVRCatalogStreet : public IQVRCatalogObject {
+class QVR_API IQVRCatalogStreet : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogStreet)
 
@@ -21,7 +21,7 @@ public:
 
 // City, state, postal code and country, then the streets, its only children as an object. Its
 // key is the `id` its creator gave it.
-class IQVRCatalogPostalAddress : public IQVRCatalogObject {
+class QVR_API IQVRCatalogPostalAddress : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogPostalAddress)
 
@@ -41,7 +41,7 @@ public:
 };
 
 // The parts of a telephone number. Takes no children.
-class IQVRCatalogTelephoneNumber : public IQVRCatalogObject {
+class QVR_API IQVRCatalogTelephoneNumber : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogTelephoneNumber)
 
@@ -59,7 +59,7 @@ public:
 };
 
 // A named telephone. Its key is its name; nothing compares names between siblings.
-class IQVRCatalogPhone : public IQVRCatalogObject {
+class QVR_API IQVRCatalogPhone : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogPhone)
 
@@ -71,7 +71,7 @@ public:
 };
 
 // A named fax, built as a phone.
-class IQVRCatalogFax : public IQVRCatalogObject {
+class QVR_API IQVRCatalogFax : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogFax)
 
@@ -82,7 +82,7 @@ public:
 };
 
 // A named e-mail address, held as the element's text. Takes no children.
-class IQVRCatalogEmail : public IQVRCatalogObject {
+class QVR_API IQVRCatalogEmail : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogEmail)
 
@@ -94,7 +94,7 @@ public:
 
 // A name, a country and the ways to reach someone. Each object setter places its child at its
 // place in the order Name, PostalAddress, Email, Phone, Fax; null removes it. Takes no children.
-class IQVRCatalogAddress : public IQVRCatalogObject {
+class QVR_API IQVRCatalogAddress : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogAddress)
 

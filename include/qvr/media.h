@@ -42,7 +42,7 @@ enum QVRURLType : std::int32_t {
 
 // One address. Its key is its language when it has one, else a text the wrapper made up (a new
 // one for every wrapper). Takes no children.
-class IQVRCatalogURL : public IQVRCatalogObject {
+class QVR_API IQVRCatalogURL : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogURL)
 
@@ -70,25 +70,25 @@ public:
 };
 
 // URLs, one per language. A duplicate language: "A child with the same id already exists.".
-class IQVRCatalogLink : public IQVRCatalogObject {
+class QVR_API IQVRCatalogLink : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogLink)
 };
 
 // URLs, one per language. A duplicate language answers QVR_E_DUPLICATE and reports nothing.
-class IQVRCatalogImage : public IQVRCatalogObject {
+class QVR_API IQVRCatalogImage : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogImage)
 };
 
 // Images side by side, without a key.
-class IQVRCatalogImages : public IQVRCatalogObject {
+class QVR_API IQVRCatalogImages : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogImages)
 };
 
 // A named document: URLs, one per language. An empty or null name removes `name`.
-class IQVRCatalogDocument : public IQVRCatalogObject {
+class QVR_API IQVRCatalogDocument : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogDocument)
 
@@ -97,7 +97,7 @@ public:
 };
 
 // A named group of documents side by side, without a key. An empty or null name removes `name`.
-class IQVRCatalogDocuments : public IQVRCatalogObject {
+class QVR_API IQVRCatalogDocuments : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogDocuments)
 
@@ -106,7 +106,7 @@ public:
 };
 
 // The further files of a view (`XRefFiles`): URLs, one per language.
-class IQVRCatalogReferencedFiles : public IQVRCatalogObject {
+class QVR_API IQVRCatalogReferencedFiles : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogReferencedFiles)
 };

@@ -35,7 +35,7 @@ enum QVRViewKey : std::int32_t {
 };
 
 // What columns and views share.
-class IQVRTableChildObject : public IQVRCatalogObject {
+class QVR_API IQVRTableChildObject : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRTableChildObject)
 
@@ -54,7 +54,7 @@ public:
 };
 
 // The columns proper: a name for formulas, a data type, a unit and a free text.
-class IQVRTableColumnObject : public IQVRTableChildObject {
+class QVR_API IQVRTableColumnObject : public IQVRTableChildObject {
 public:
     QVR_INTERFACE_ID(IQVRTableColumnObject)
 
@@ -72,14 +72,14 @@ public:
 };
 
 // A plain column: one text value for each row that has one, in a `Row` cell.
-class IQVRTableColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableColumn)
 };
 
 // The register of the rows. Inserting a row object (IQVRTableInfoCell) makes a row without
 // cells; removing one takes its cells out of every column.
-class IQVRTableUniqueColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableUniqueColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableUniqueColumn)
 
@@ -90,7 +90,7 @@ public:
 };
 
 // A column with one value for all rows, in `constant`. It holds no cells.
-class IQVRTableConstColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableConstColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableConstColumn)
 
@@ -105,7 +105,7 @@ public:
 // A column whose value at a row is computed from its `expression`, a VBScript expression in
 // which the names of the table's plain and const columns stand for their values at that row. It
 // holds no cells. A formula reaches the column itself as "QVRTableCalculatedColumn".
-class IQVRTableCalculatedColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableCalculatedColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableCalculatedColumn)
 
@@ -129,7 +129,7 @@ enum QVRRefRole : std::int32_t {
 
 // A column of links, one `RowRef` cell per row (IQVRTableRefCell). It has no data type and no
 // unit: those operations answer E_NOTIMPL. Its formulas never see it.
-class IQVRTableRefColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableRefColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableRefColumn)
 
@@ -150,7 +150,7 @@ public:
 // What views share: the side they show, a name, and the view's images and the files its
 // drawings refer to. `Images`, `XRefFiles` and `Extrinsics` stand first, in this order, ahead
 // of the view's other children.
-class IQVRTableViewObject : public IQVRTableChildObject {
+class QVR_API IQVRTableViewObject : public IQVRTableChildObject {
 public:
     QVR_INTERFACE_ID(IQVRTableViewObject)
 
@@ -174,7 +174,7 @@ public:
 };
 
 // A column of drawings, one `Drawing` cell per row (IQVRTableDrawing), all seen from one side.
-class IQVRTableView : public IQVRTableViewObject {
+class QVR_API IQVRTableView : public IQVRTableViewObject {
 public:
     QVR_INTERFACE_ID(IQVRTableView)
 };
@@ -182,7 +182,7 @@ public:
 // A view with no drawing per row: it holds `Recipe` children instead (IQVRTableRecipe), one per
 // application, of which it keeps at least one ("You can't remove the last child of this
 // object.").
-class IQVRTableConstView : public IQVRTableViewObject {
+class QVR_API IQVRTableConstView : public IQVRTableViewObject {
 public:
     QVR_INTERFACE_ID(IQVRTableConstView)
 };

@@ -57,6 +57,7 @@ HRESULT CQVRCatalogTable::createInfoCell(const String& value, Ref<IQVRTableInfoC
         cell, [&](CQVRTableInfoCell& created) { return created.put_row(value); });
 }
 
+// docs-begin: create-recipe
 HRESULT CQVRCatalogTable::createRecipe(const String& application, Ref<IQVRTableRecipe>* recipe) {
     return guarded([&] {
         // Nobody hears of the new recipe while it is made and named.
@@ -65,6 +66,7 @@ HRESULT CQVRCatalogTable::createRecipe(const String& application, Ref<IQVRTableR
             recipe, [&](CQVRTableRecipe& created) { return created.put_application(application); });
     });
 }
+// docs-end: create-recipe
 
 HRESULT CQVRCatalogTable::createConstColumn(QVRColumnDataType dataType, const String& name,
                                             const String& constant, const String& attrib,
@@ -99,6 +101,7 @@ HRESULT CQVRCatalogTable::createView(QVRViewKey viewKey, const String& viewName,
     });
 }
 
+// docs-begin: create-const-view
 HRESULT CQVRCatalogTable::createConstView(QVRViewKey viewKey, IQVRCatalogObject* recipe,
                                           const String& viewName, const String& desc,
                                           VARIANT_BOOL visible, Ref<IQVRTableConstView>* view) {
@@ -109,6 +112,7 @@ HRESULT CQVRCatalogTable::createConstView(QVRViewKey viewKey, IQVRCatalogObject*
         return hr == S_OK ? created.describeNew(viewName, desc, visible) : hr;
     });
 }
+// docs-end: create-const-view
 
 HRESULT CQVRCatalogTable::createDrawing(const String& key, const String& value,
                                         Ref<IQVRTableDrawing>* drawing) {
