@@ -122,13 +122,8 @@ HRESULT CQVRCatalog::createImages(IQVRCatalogObject* image, Ref<IQVRCatalogImage
 HRESULT CQVRCatalog::createURL(const String& href, const String& title, const String& language,
                                Ref<IQVRCatalogURL>* url) {
     return newElementObject<CQVRCatalogURL>(
-        url, given(href, title, language), [&](CQVRCatalogURL& created) {
-            HRESULT hr;
-            if (FAILED(hr = created.put_href(href)) || FAILED(hr = created.put_title(title)) ||
-                FAILED(hr = created.put_lang(language)))
-                return hr;
-            return created.put_type(qvrTypeSimple);
-        });
+        url, given(href, title, language),
+        [&](CQVRCatalogURL& created) { return created.fillNew(href, title, language); });
 }
 
 HRESULT CQVRCatalog::createLink(IQVRCatalogObject* url, Ref<IQVRCatalogLink>* link) {
