@@ -1,4 +1,6 @@
 #include "platform/dom/tree_edit.h"
+
+#include "platform/dom/carriable_text.h"
 #include "platform/dom/xml_text.h"
 
 #include <memory>
@@ -114,6 +116,12 @@ HRESULT TreeEdit::replace(xmlNodePtr parent, xmlNodePtr node, xmlNodePtr old) {
 }
 
 HRESULT TreeEdit::setText(xmlNodePtr node, const String& text) {
+    const TextKind kind = node->type == XML_COMMENT_NODE ? TextKind::Comment
+                          : node->type == XML_PI_NODE    ? TextKind::ProcessingInstruction
+                                                         : TextKind::Content;
+    // An attribute's value is checked where every attribute value is.
+    if (node->type != XML_ATTRIBUTE_NODE)
+        if (HRESULT hr = checkCarriable(text, "The text", kind); hr != S_OK) return hr;
     const auto* bytes = reinterpret_cast<const xmlChar*>(text.c_str());
     const int length = static_cast<int>(text.byteLength());
     switch (node->type) {
