@@ -77,7 +77,8 @@ void ParseLimits::startElement(void* context, const xmlChar* localname, const xm
     auto* self = static_cast<ParseLimits*>(parser->_private);
     self->parserStartElement_(context, localname, prefix, uri, namespaceCount, namespaces,
                               attributeCount, defaultedCount, attributes);
-    if (parser->nameNr > kMaxElementDepth) {
+    // The element just started is not counted among the open ones yet.
+    if (parser->nameNr >= kMaxElementDepth) {
         try {
             self->refuse(parser, "Elements nest deeper than " + std::to_string(kMaxElementDepth) +
                                      " levels: the document is refused");
