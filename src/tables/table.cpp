@@ -379,7 +379,11 @@ HRESULT CQVRCatalogTable::saveAs(const Variant& url, VARIANT_BOOL* ok) {
         if (hr != S_OK) return hr;
         if ((hr = checkSavable(url)) != S_OK) return hr;
         // Only a text names a file; a table that never had an address has none to save to.
-        if (url.vt() != VT_BSTR) return E_INVALIDARG;
+        if (url.vt() != VT_BSTR)
+            return reportError(errorSource(),
+                               String("The table is not saved: it has no file to be saved to "
+                                      "(it was neither loaded from a file nor saved to one)."),
+                               E_INVALIDARG);
         // An empty text writes nothing, and counts as saved.
         if (!url.str().isEmpty() && (hr = document_->save(url)) != S_OK) return hr;
         *ok = VARIANT_TRUE;

@@ -105,6 +105,7 @@ TEST_F(TableFiles, SavingLoadingAndAnEmptyAddress) {
     VARIANT_BOOL ok = VARIANT_FALSE;
     // Never loaded or saved: there is no address to save to.
     EXPECT_EQ(table->save(&ok), E_INVALIDARG);
+    EXPECT_NE(lastError().find("it has no file to be saved to"), std::string::npos);
     EXPECT_EQ(ok, VARIANT_FALSE);
     // An empty address writes nothing and counts as saved; it becomes the address.
     ASSERT_EQ(table->saveAs(Variant(""), &ok), S_OK);

@@ -191,11 +191,13 @@ HRESULT Document::save(const Variant& destination) {
         const ErrorSource from{"XMLDOM.Document", IXMLDOMDocument::iid};
         std::string path;
         if (HRESULT hr = DocumentIO::pathOf(destination, &path); FAILED(hr)) {
-            std::string text = "The document cannot be saved to ";
-            text +=
-                destination.vt() == VT_BSTR ? "\"" + destination.str().str() + "\"" : "that value";
-            text += hr == E_ACCESSDENIED ? ": only files are written, nothing goes to a network."
-                                         : ": it is not the path of a file.";
+            std::string text = "The document cannot be saved";
+            if (destination.vt() != VT_BSTR || destination.str().isEmpty())
+                text += ": no file is named to save it to.";
+            else if (hr == E_ACCESSDENIED)
+                text += " to " + destination.str().str() + ": only files are written.";
+            else
+                text += " to " + destination.str().str() + ": it is not the path of a file.";
             return reportError(from, String(std::move(text)), hr);
         }
         std::string reason;
