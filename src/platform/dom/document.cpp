@@ -172,7 +172,13 @@ HRESULT Document::load(const Variant& source, VARIANT_BOOL* ok) {
         const HRESULT located = DocumentIO::pathOf(source, &path);
         if (located == E_ACCESSDENIED)
             return failLoad(DocumentIO::unreadable(E_ACCESSDENIED, source.str()), ok);
-        if (FAILED(located)) return located;
+        if (FAILED(located)) {
+            // The record tells the caller's report what was wrong, as for any failed load.
+            lastError_ =
+                DocumentIO::unreadable(located, source.vt() == VT_BSTR ? source.str() : String(""));
+            lastError_.reason = String("The source is neither a file path nor a file: URL.");
+            return located;
+        }
         ParseErrorRecord error;
         xmlDocPtr parsed = DocumentIO::parseFile(path, &error);
         if (!parsed) return failLoad(std::move(error), ok);

@@ -182,6 +182,7 @@ TEST_F(DomLoadSave, SourcesThatCannotBeRead) {
     EXPECT_EQ(doc_->load(Variant("http://example.com/a.xml"), &ok), S_FALSE); // never fetched
     EXPECT_EQ(parseError().code, E_ACCESSDENIED);
     EXPECT_EQ(doc_->load(Variant(std::int32_t{3}), &ok), E_INVALIDARG);
+    EXPECT_EQ(parseError().reason, "The source is neither a file path nor a file: URL.");
     EXPECT_EQ(doc_->load(Variant(""), &ok), E_INVALIDARG);
     EXPECT_EQ(doc_->save(Variant()), E_INVALIDARG);
     EXPECT_EQ(doc_->save(Variant((dir_ / "no" / "such" / "dir.xml").string())),
