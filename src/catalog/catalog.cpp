@@ -2,6 +2,7 @@
 
 #include "content/chapter.h"
 #include "content/part.h"
+#include "core/child_tool.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
@@ -32,7 +33,7 @@ CQVRCatalog::CQVRCatalog()
 // --- Hooks -------------------------------------------------------------------------------------
 
 HRESULT CQVRCatalog::notInitialized() const {
-    return report(102);
+    return report(msgCatalogNotInitialized);
 }
 
 HRESULT CQVRCatalog::workElement(Ref<IXMLDOMElement>* element) {
@@ -45,11 +46,10 @@ HRESULT CQVRCatalog::catalogObject(Ref<IQVRCatalogObject>* catalog) {
     return S_OK;
 }
 
-HRESULT CQVRCatalog::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
-                                 const Variant& position, Ref<IQVRCatalogObject>* inserted,
-                                 const ContainerRow& row) {
-    return tool.insertChildObjectDirect(self(), self(), child, position, inserted, row.keyAttribute,
-                                        row.childSelection);
+HRESULT CQVRCatalog::insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
+                                 Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) {
+    return tool.insertChildObject(self(), self(), child, position, inserted, row.keyAttribute,
+                                  row.childSelection);
 }
 
 void CQVRCatalog::fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) {
@@ -190,7 +190,7 @@ HRESULT CQVRCatalog::putref_host(IUnknown* host) {
 HRESULT CQVRCatalog::checkLoaded(HRESULT loadStatus) {
     if (loadStatus != S_OK) return rememberLoad(reportParseFailure(loadStatus));
     Ref<IXMLDOMElement> root; // a foreign document stays
-    return rememberLoad(checkRootTag("vCAT", 147, QVR_E_NOTCATALOG, &root));
+    return rememberLoad(checkRootTag("vCAT", msgNotCatalogFile, QVR_E_NOTCATALOG, &root));
 }
 
 HRESULT CQVRCatalog::load(const Variant& source, VARIANT_BOOL* done) {
@@ -200,7 +200,7 @@ HRESULT CQVRCatalog::load(const Variant& source, VARIANT_BOOL* done) {
         // The open tables belong to the document being replaced: they go before the file is
         // looked at, so a failed load has lost them too.
         if (tables_) tables_->clear();
-        HRESULT hr = ensureDocument(102);
+        HRESULT hr = ensureDocument(msgCatalogNotInitialized);
         if (hr != S_OK) return hr;
         document_->put_async(VARIANT_FALSE);
         if ((hr = checkLoaded(document_->load(source, done))) != S_OK) return hr;
@@ -214,7 +214,7 @@ HRESULT CQVRCatalog::loadXML(const String& xml, VARIANT_BOOL* done) {
     return guarded([&] {
         // Unlike load, the document is readied before the out pointer is looked at.
         if (tables_) tables_->clear();
-        HRESULT hr = ensureDocument(102);
+        HRESULT hr = ensureDocument(msgCatalogNotInitialized);
         if (hr != S_OK) return hr;
         if (!done) return E_POINTER;
         *done = VARIANT_FALSE;
@@ -261,7 +261,7 @@ HRESULT CQVRCatalog::saveTables() {
         }
         VARIANT_BOOL saved = VARIANT_FALSE;
         if ((hr = table->save(&saved)) == S_OK) continue;
-        std::string text(messageText(145));
+        std::string text(messageText(msgTableSaveFailed));
         Variant path;
         if (table->get_url(&path) == S_OK && path.vt() == VT_BSTR) text += " " + path.str().str();
         return reportError(errorSource(), String(text), hr);
@@ -343,7 +343,7 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
         }
         Ref<IXMLDOMNode> node;
         if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
-        return CXMLDOMTool(node).createObject(self(), self(), object);
+        return createObjectOf(node, self(), self(), object);
     });
 }
 

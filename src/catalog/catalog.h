@@ -20,12 +20,13 @@ class CQVRCatalog final : public RootObject<IQVRCatalog, qvrCatalog> {
 public:
     CQVRCatalog();
 
-    // --- ObjectCore hooks: the root element of the document, message 102, direct firing ------
+    // --- ObjectCore hooks: the root element of the document, msgCatalogNotInitialized, direct
+    // firing ------
     bool initialized() const override { return document_ != nullptr; }
     HRESULT notInitialized() const override;
     HRESULT workElement(Ref<IXMLDOMElement>* element) override;
     HRESULT catalogObject(Ref<IQVRCatalogObject>* catalog) override;
-    HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child, const Variant& position,
+    HRESULT insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
                         Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) override;
     void fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) override;
 

@@ -55,7 +55,8 @@ HRESULT CQVRCatalogPart::loadTable(const String& key, bool enterInCache,
     Ref<IQVRCatalogObject> catalog;
     get_catalog(&catalog);
     String path;
-    if (resolveReference(reference, &path) != S_OK || path.isEmpty()) return report(122);
+    if (resolveReference(reference, &path) != S_OK || path.isEmpty())
+        return report(msgTableRefNotSet);
     Ref<CQVRCatalogTable> loaded = makeObject<CQVRCatalogTable>();
     if ((hr = loaded->attachToCatalog(catalog, self(), Variant(path), key)) != S_OK) return hr;
     if (enterInCache)
@@ -150,7 +151,7 @@ HRESULT CQVRCatalogPart::attachTable(IQVRCatalogTable* table) {
         HRESULT hr = table->get_url(&url);
         if (FAILED(hr)) return hr;
         // A table never loaded or saved has no address the part could refer to.
-        if (url.vt() != VT_BSTR) return report(148);
+        if (url.vt() != VT_BSTR) return report(msgUnknownTableURL);
         if (FAILED(hr = put_tableRef(url.str()))) return hr;
         Ref<IQVRCatalogObject> catalog;
         get_catalog(&catalog);

@@ -1,6 +1,7 @@
 #include "core/accessors.h"
 
-#include "core/xml_dom_tool.h"
+#include "core/object_factory.h"
+#include "core/singleton_tool.h"
 #include "platform/com/failure.h"
 #include "platform/url/url.h"
 
@@ -179,7 +180,7 @@ HRESULT wrapSelected(IXMLDOMElement* element, const char* xpath, IQVRCatalogObje
     Ref<IXMLDOMNode> node;
     HRESULT hr = element->selectSingleNode(xpath, &node);
     if (hr != S_OK) return hr;
-    return CXMLDOMTool(node).createObject(catalog, parent, object);
+    return createObjectOf(node, catalog, parent, object);
 }
 
 HRESULT getSingleton(ObjectFrame& object, const char* child,
@@ -188,7 +189,7 @@ HRESULT getSingleton(ObjectFrame& object, const char* child,
     return onElement(object, value, [&](IXMLDOMElement* element) {
         Ref<IXMLDOMNode> node;
         if (element->selectSingleNode(child, &node) != S_OK) return S_FALSE;
-        return CXMLDOMTool(node).createObject(object.catalogRef(), object.self(), value);
+        return createObjectOf(node, object.catalogRef(), object.self(), value);
     });
 }
 
@@ -198,11 +199,11 @@ HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* 
         Ref<IXMLDOMNode> present;
         HRESULT hr = element->selectSingleNode(child, &present);
         if (FAILED(hr)) return hr;
-        CXMLDOMTool tool(element);
+        SingletonTool tool(element);
+        const Ref<IQVRCatalogObject> catalog = object.catalogRef();
         Ref<IQVRCatalogObject> placed;
         if (present && value) {
-            hr =
-                tool.replaceSingleton(object.catalogCookie(), object.self(), child, value, &placed);
+            hr = tool.replaceSingleton(catalog, object.self(), child, value, &placed);
         } else if (present) {
             hr = tool.removeNode(present);
         } else if (value) {
@@ -213,8 +214,7 @@ HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* 
                 Ref<IXMLDOMNode> found;
                 if (element->selectSingleNode(name, &found) == S_OK) after = name;
             }
-            hr = tool.insertSingletonAfter(object.catalogCookie(), object.self(), after, value,
-                                           &placed);
+            hr = tool.insertSingletonAfter(catalog, object.self(), after, value, &placed);
         }
         return changed(object, FAILED(hr) ? hr : S_OK);
     });

@@ -7,7 +7,7 @@
 //   }
 //
 // Common to all: a null result pointer gives E_POINTER; an object without element reports
-// message 116 with E_FAIL; a failing DOM step is returned as it stands; a setter fires
+// msgObjectNotInitialized with E_FAIL; a failing DOM step is returned as it stands; a setter fires
 // qvrEventObjectChanged with the object as source and subject, after the change and only if it
 // succeeded. Every function here is noexcept: exceptions become statuses.
 #pragma once

@@ -1,17 +1,19 @@
 // The template that makes a class of the model out of its interface and its object type. The
 // rows of the tables in core/object_types.h for that type decide which form each of the sixteen
 // common operations takes (container or not, last child guard, key family, event routing), so
-// a class declares only what is its own:
+// a class declares only what is its own, as the recipe of a const view does:
 //
-//   class CQVRCatalogStreet final : public CatalogObject<IQVRCatalogStreet, qvrStreet> {
+//   class CQVRTableRecipe final : public CatalogObject<IQVRTableRecipe, qvrRecipe> {
 //   public:
-//       HRESULT get_value(String* v) override { return accessors::getOwnText(*this, v); }
-//       HRESULT put_value(const String& v) override { return accessors::putOwnText(*this, v); }
+//       ...
+//       HRESULT put_path(const String& path) override {
+//           return accessors::putReferenceText(*this, path);
+//       }
 //   };
 //
-// and one line in the factory's tag table (core/object_factory.cpp). A class whose common
+// and one row in the factory's tag table (server/tag_table.cpp). A class whose common
 // operation departs from the tables overrides it (Chapter's cloneNode, Part's removeChild).
-// Family F classes override keyFromOwnOperation.
+// Classes whose key family is OwnOperation override keyFromOwnOperation.
 #pragma once
 
 #include <qvr/object.h>

@@ -28,7 +28,7 @@ HRESULT DocumentRoot::readRootAttribute(const char* name, String* value) noexcep
 
 HRESULT DocumentRoot::writeLanguage(const String& language) noexcept {
     return guarded([&] {
-        if (!isLanguageCode(language)) return report(123);
+        if (!isLanguageCode(language)) return report(msgBadLanguageCode);
         Ref<IXMLDOMElement> root;
         HRESULT hr = requireElement(&root);
         if (hr != S_OK) return hr;

@@ -1,6 +1,6 @@
 #include "core/object_core.h"
 
-#include "core/xml_dom_tool.h"
+#include "core/child_tool.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
@@ -73,7 +73,7 @@ HRESULT ObjectCore::containerInsertBefore(IQVRCatalogObject* newChild, const Var
         }
         Ref<IXMLDOMElement> element;
         workElement(&element); // a root without a root element leaves the tool empty: E_FAIL
-        CXMLDOMTool tool(element);
+        ChildTool tool(element);
         Ref<IQVRCatalogObject> child;
         hr = insertChild(tool, newChild, position, &child, row);
         if (hr == S_OK) {
@@ -82,7 +82,7 @@ HRESULT ObjectCore::containerInsertBefore(IQVRCatalogObject* newChild, const Var
             if (inserted) *inserted = std::move(child);
             return S_OK;
         }
-        if (hr == QVR_E_DUPLICATE && row.reportsDuplicate) return report(134);
+        if (hr == QVR_E_DUPLICATE && row.reportsDuplicate) return report(msgDuplicateId);
         return hr;
     });
 }
@@ -107,11 +107,11 @@ HRESULT ObjectCore::containerRemoveChild(IQVRCatalogObject* child, Ref<IQVRCatal
             if (FAILED(hr = node->get_nodeName(&name))) return hr;
             if (FAILED(hr = element->selectNodes(name, &siblings))) return hr;
             if (FAILED(hr = siblings->get_length(&count))) return hr;
-            if (count == 1) return report(136);
+            if (count == 1) return report(msgLastChild);
         }
         Ref<IQVRCatalogObject> catalog;
         catalogObject(&catalog);
-        hr = CXMLDOMTool(element).removeChildObject(catalog, child, removed);
+        hr = ChildTool(element).removeChildObject(catalog, child, removed);
         if (hr == S_OK) fire(qvrEventObjectRemoved, child, Variant());
         return hr;
     });
@@ -125,7 +125,7 @@ HRESULT ObjectCore::baseContains(IQVRCatalogObject* object, VARIANT_BOOL* isDesc
         Ref<IXMLDOMElement> element;
         HRESULT hr = requireElement(&element);
         if (hr != S_OK) return hr;
-        return CXMLDOMTool(element).containsId(object, isDescendant);
+        return ChildTool(element).containsId(object, isDescendant);
     });
 }
 
@@ -151,8 +151,8 @@ HRESULT ObjectCore::containerChildNodes(Ref<IQVRCatalogObjectList>* list) noexce
         workElement(&element);
         Ref<IQVRCatalogObject> catalog;
         catalogObject(&catalog);
-        return CXMLDOMTool(element).selectObjectList(catalog, self(),
-                                                     info_.container->childSelection, list);
+        return ChildTool(element).selectObjectList(catalog, self(), info_.container->childSelection,
+                                                   list);
     });
 }
 

@@ -24,7 +24,7 @@
 
 namespace qvr {
 
-class CXMLDOMTool;
+class ChildTool;
 
 class ObjectCore {
 public:
@@ -51,9 +51,8 @@ public:
     // The catalog handed to the wrappers this object makes; a failure leaves it null.
     virtual HRESULT catalogObject(Ref<IQVRCatalogObject>* catalog) = 0;
     // Step 5 of insertBefore: the tool's insertion, with the catalog as this class reaches it.
-    virtual HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
-                                const Variant& position, Ref<IQVRCatalogObject>* inserted,
-                                const ContainerRow& row) = 0;
+    virtual HRESULT insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
+                                Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) = 0;
     // The work that follows a placed child before anyone hears of it (a column gives a cell its
     // row). A failure is returned as it stands, and `inserted` stays null.
     virtual HRESULT childPlaced(IQVRCatalogObject*) { return S_OK; }

@@ -1,86 +1,27 @@
 #include "core/object_factory.h"
 
-#include "content/chapter.h"
-#include "content/part.h"
-#include "core/object_types.h"
-#include "formulas/calculated_column.h"
-#include "tables/const_column.h"
-#include "tables/info_cell.h"
-#include "tables/recipe.h"
-#include "tables/table_cell.h"
-#include "tables/table_column.h"
-#include "tables/unique_column.h"
+#include "core/event_firing.h"
+#include "core/xml_dom_tool.h"
 
 namespace qvr {
-namespace {
 
-struct TagRow {
-    const char* tag;
-    QVRObjectType type;
-    Creator create; // null until the class is built: the tag is then refused like a foreign one
-};
-
-// Tested in this order; the first equal tag chooses the class.
-constexpr TagRow tagTable[] = {
-    {"Chapter", qvrChapter, &createWrapper<CQVRCatalogChapter>},
-    {"Image", qvrImage, nullptr},
-    {"URL", qvrURL, nullptr},
-    {"Link", qvrLink, nullptr},
-    {"Class", qvrClass, nullptr},
-    {"Classifications", qvrClassifications, nullptr},
-    {"OrderInfo", qvrOrderInfo, nullptr},
-    {"Availability", qvrAvailability, nullptr},
-    {"CountryCode", qvrCountryCode, nullptr},
-    {"Document", qvrDocument, nullptr},
-    {"Documents", qvrDocuments, nullptr},
-    {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
-    {"Images", qvrImages, nullptr},
-    {"XRefFiles", qvrReferencedFiles, nullptr},
-    {"ColumnView", qvrView, nullptr},
-    {"Drawing", qvrDrawing, nullptr},
-    {"Row", qvrCell, &createWrapper<CQVRTableCell>},
-    {"Column", qvrTableColumn, &createWrapper<CQVRTableColumn>},
-    {"ColumnConstView", qvrConstView, nullptr},
-    {"ColumnConst", qvrConstColumn, &createWrapper<CQVRTableConstColumn>},
-    {"ColumnCalc", qvrCalculatedColumn, &createWrapper<CQVRTableCalculatedColumn>},
-    {"OrderTarget", qvrOrderTarget, nullptr},
-    {"OrderMethod", qvrOrderMethod, nullptr},
-    {"OrderMethods", qvrOrderMethods, nullptr},
-    {"TelephoneNumber", qvrTelephoneNumber, nullptr},
-    {"Phone", qvrPhone, nullptr},
-    {"Fax", qvrFax, nullptr},
-    {"Email", qvrEmail, nullptr},
-    {"Street", qvrStreet, nullptr},
-    {"PostalAddress", qvrPostalAddress, nullptr},
-    {"Address", qvrAddress, nullptr},
-    {"SupplierLocation", qvrSupplierLocation, nullptr},
-    {"SupplierID", qvrSupplierID, nullptr},
-    {"SupplierIDs", qvrSupplierIDs, nullptr},
-    {"ECommerceCenterID", qvrECommerceCenterID, nullptr},
-    {"ECommerceCenterIDs", qvrECommerceCenterIDs, nullptr},
-    {"Supplier", qvrSupplier, nullptr},
-    {"ColumnUnique", qvrUniqueColumn, &createWrapper<CQVRTableUniqueColumn>},
-    {"RowUnique", qvrInfoCell, &createWrapper<CQVRTableInfoCell>},
-    {"Extrinsics", qvrExtrinsics, nullptr},
-    {"Extrinsic", qvrExtrinsic, nullptr},
-    {"Recipe", qvrRecipe, &createWrapper<CQVRTableRecipe>},
-    {"ColumnRef", qvrRefColumn, nullptr},
-    {"RowRef", qvrRefCell, nullptr},
-};
-
-constexpr bool tagsMatchTypes() {
-    for (const TagRow& row : tagTable)
-        if (std::string_view(row.tag) != objectTypeRow(row.type).tag) return false;
-    return std::size(tagTable) == 44;
-}
-static_assert(tagsMatchTypes(), "every tag names the class of its object type, all 44 of them");
-
-} // namespace
-
-Creator creatorOfTag(std::string_view tag) {
-    for (const TagRow& row : tagTable)
-        if (tag == row.tag) return row.create;
-    return nullptr;
+HRESULT createObjectOf(IXMLDOMNode* node, IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                       Ref<IQVRCatalogObject>* object) {
+    if (!node) return E_FAIL;
+    Ref<IXMLDOMElement> element = query<IXMLDOMElement>(node);
+    if (!element) return E_NOINTERFACE; // a node without a tag name
+    String tag;
+    HRESULT hr = element->get_tagName(&tag);
+    if (FAILED(hr)) return hr;
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    const Creator create = creatorOfTag(tag.view());
+    if (!create) return E_FAIL;
+    if ((hr = create(CXMLDOMTool(node).ownerDocument(), node, catalog, object)) != S_OK) return hr;
+    // Setting the parent of a new wrapper must not be heard anywhere (a table reads its
+    // parent's key at that moment). The object stays in the out value even if this fails.
+    EventFreeze freeze;
+    return (*object)->putref_parentNode(parent);
 }
 
 } // namespace qvr

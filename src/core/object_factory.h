@@ -1,6 +1,7 @@
 // The factory: from an element's tag to the object of its class. Each class has one creator,
-// and all creators are one template; the tag table in object_factory.cpp lists the tags in the
-// order in which they are tested.
+// and all creators are one template; the tag table, which lists the tags in the order in which
+// they are tested, stands with the classes above the frame (server/tag_table.cpp), so that
+// nothing here names a concrete class.
 #pragma once
 
 #include <string_view>
@@ -45,8 +46,14 @@ HRESULT createNewWrapper(IXMLDOMDocument* document, IQVRCatalogObject* catalog,
     });
 }
 
+// The object of `node`'s element, the class chosen by its tag, with `catalog` and `parent` as
+// its links; setting the parent is heard nowhere. E_FAIL for a null node or a tag of no class
+// (and then no object).
+HRESULT createObjectOf(IXMLDOMNode* node, IQVRCatalogObject* catalog, IQVRCatalogObject* parent,
+                       Ref<IQVRCatalogObject>* object);
+
 // The creator of the class whose tag is `tag`, compared exactly; null for a tag of no class
-// (also for a class not built yet).
+// (also for a class not built yet). Defined with the tag table.
 Creator creatorOfTag(std::string_view tag);
 
 } // namespace qvr

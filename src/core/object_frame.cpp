@@ -1,15 +1,17 @@
 #include "core/object_frame.h"
 
+#include "core/child_tool.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
-#include "core/xml_dom_tool.h"
+#include "core/object_factory.h"
+#include "core/row_tool.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
 namespace {
 
 bool keepsOwnKeyText(KeyFamily family) {
-    return family == KeyFamily::D || family == KeyFamily::E;
+    return family == KeyFamily::WrapperGuid || family == KeyFamily::AttributeElseGuid;
 }
 
 } // namespace
@@ -47,7 +49,7 @@ HRESULT ObjectFrame::attachNew(IXMLDOMDocument* document, IQVRCatalogObject* cat
 }
 
 HRESULT ObjectFrame::notInitialized() const {
-    return report(116);
+    return report(msgObjectNotInitialized);
 }
 
 HRESULT ObjectFrame::workElement(Ref<IXMLDOMElement>* element) {
@@ -59,11 +61,10 @@ HRESULT ObjectFrame::catalogObject(Ref<IQVRCatalogObject>* catalog) {
     return catalog_.get(catalog, E_FAIL);
 }
 
-HRESULT ObjectFrame::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
-                                 const Variant& position, Ref<IQVRCatalogObject>* inserted,
-                                 const ContainerRow& row) {
-    return tool.insertChildObject(catalog_.cookie(), self(), child, position, inserted,
-                                  row.keyAttribute, row.childSelection);
+HRESULT ObjectFrame::insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
+                                 Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) {
+    return tool.insertChildObject(catalogRef(), self(), child, position, inserted, row.keyAttribute,
+                                  row.childSelection);
 }
 
 void ObjectFrame::fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) {
@@ -90,7 +91,7 @@ HRESULT ObjectFrame::keyOfRow(String* key) {
         return S_OK;
     }
     Ref<IXMLDOMElement> row;
-    hr = CXMLDOMTool(element_).findRowById(idref, &row);
+    hr = RowTool(element_).findRowById(idref, &row);
     if (hr == S_OK) return row->get_text(key);
     if (hr == S_FALSE) {
         *key = cachedKey_;
@@ -105,14 +106,14 @@ HRESULT ObjectFrame::baseGetKey(String* key) noexcept {
         if (!initialized()) return notInitialized();
         const ObjectTypeRow& row = classInfo().type;
         switch (row.key) {
-        case KeyFamily::A: {
+        case KeyFamily::Attribute: {
             String value;
             HRESULT hr = element_->getAttribute(row.keyAttribute, &value);
             if (hr == S_OK) *key = std::move(value);
             return hr;
         }
-        case KeyFamily::D: *key = cachedKey_; return S_OK;
-        case KeyFamily::E: {
+        case KeyFamily::WrapperGuid: *key = cachedKey_; return S_OK;
+        case KeyFamily::AttributeElseGuid: {
             Ref<IXMLDOMNode> attribute;
             HRESULT hr = element_->selectSingleNode(String("@") + row.keyAttribute, &attribute);
             if (hr == S_FALSE) {
@@ -125,9 +126,9 @@ HRESULT ObjectFrame::baseGetKey(String* key) noexcept {
             if (hr == S_OK) *key = std::move(value);
             return hr;
         }
-        case KeyFamily::F: return keyFromOwnOperation(key);
-        case KeyFamily::G: return keyOfRow(key);
-        case KeyFamily::H: return element_->get_text(key);
+        case KeyFamily::OwnOperation: return keyFromOwnOperation(key);
+        case KeyFamily::RowKeyOfIdref: return keyOfRow(key);
+        case KeyFamily::OwnText: return element_->get_text(key);
         case KeyFamily::Own: break;
         }
         return E_NOTIMPL;
@@ -148,7 +149,7 @@ HRESULT ObjectFrame::cloneElement(VARIANT_BOOL deep, const char* idAttribute,
         hr = element->setAttribute(idAttribute, newGuidId());
         if (hr != S_OK) return hr;
     }
-    return CXMLDOMTool(copy).createObject(catalogRef(), nullptr, clone);
+    return createObjectOf(copy, catalogRef(), nullptr, clone);
 }
 
 HRESULT ObjectFrame::baseCloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* clone) noexcept {

@@ -38,10 +38,10 @@ public:
 
     // --- ObjectCore hooks for a wrapper --------------------------------------------------------
     bool initialized() const override { return element_ != nullptr; }
-    HRESULT notInitialized() const override; // message 116
+    HRESULT notInitialized() const override; // msgObjectNotInitialized
     HRESULT workElement(Ref<IXMLDOMElement>* element) override;
     HRESULT catalogObject(Ref<IQVRCatalogObject>* catalog) override;
-    HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child, const Variant& position,
+    HRESULT insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
                         Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) override;
     // Routes through the firing routine of the class's side.
     void fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) override;
@@ -49,7 +49,7 @@ public:
     void fireChanged();
 
     // --- The common operations of a wrapper ----------------------------------------------------
-    // By the class's key family; family F asks keyFromOwnOperation.
+    // By the class's key family; OwnOperation asks keyFromOwnOperation.
     HRESULT baseGetKey(String* key) noexcept;
     // A copy of the element standing in no tree, wrapped with this object's catalog and no
     // parent. The ids in it are those of the source.
@@ -60,12 +60,12 @@ public:
     HRESULT basePutParent(IQVRCatalogObject* parent) noexcept;
 
 protected:
-    // Family F: the class's first own operation (a name, an application).
+    // KeyFamily::OwnOperation: the class's first own operation (a name, an application).
     virtual HRESULT keyFromOwnOperation(String* key);
     // Steps 1 to 4 of a clone: the element copied, `idAttribute` (if given) set to a new GUID
     // text on the copy, and the copy wrapped with this object's catalog and no parent.
     HRESULT cloneElement(VARIANT_BOOL deep, const char* idAttribute, Ref<IQVRCatalogObject>* clone);
-    // Family G: the key a new cell was made with, until it names a row of its own.
+    // KeyFamily::RowKeyOfIdref: the key a new cell was made with, until it names a row of its own.
     void setCachedKey(const String& key) { cachedKey_ = key; }
 
 private:
@@ -75,7 +75,8 @@ private:
     ObjectLink parent_;
     Ref<IXMLDOMDocument> ownerDocument_;
     Ref<IXMLDOMElement> element_;
-    String cachedKey_; // families D and E: a GUID text from construction; G: starts null
+    String cachedKey_; // WrapperGuid, AttributeElseGuid: a GUID text from construction;
+                       // RowKeyOfIdref: starts null
 };
 
 } // namespace qvr

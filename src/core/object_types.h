@@ -11,17 +11,20 @@
 
 #include <qvr/object.h>
 
+#include "platform/com/messages.h"
+
 namespace qvr {
 
 // How get_key finds an object's key.
 enum class KeyFamily : std::uint8_t {
-    Own, // the class answers by itself (the two roots and the reference)
-    A,   // an attribute of the element; absent: S_FALSE
-    D,   // a GUID text made when the wrapper was constructed, stored nowhere in the document
-    E,   // an attribute if present, else the wrapper's GUID text
-    F,   // the answer of the class's first own operation
-    G,   // the key text of the row that `idref` names, else the wrapper's text (starts null)
-    H,   // the element's own text
+    Own,               // the class answers by itself (the two roots and the reference)
+    Attribute,         // an attribute of the element; absent: S_FALSE
+    WrapperGuid,       // a GUID text made when the wrapper was constructed, stored nowhere
+    AttributeElseGuid, // an attribute if present, else the wrapper's GUID text
+    OwnOperation,      // the answer of the class's first own operation (keyFromOwnOperation)
+    RowKeyOfIdref,     // the key text of the row that `idref` names, else the wrapper's text
+                       // (starts null)
+    OwnText,           // the element's own text
 };
 
 // Which of the two freeze flags guards an object's events. Both move together, so the choice is
@@ -32,7 +35,7 @@ struct ObjectTypeRow {
     QVRObjectType type;
     const char* tag;          // the element the class wraps; null for the roots and the reference
     KeyFamily key;            //
-    const char* keyAttribute; // families A and E
+    const char* keyAttribute; // Attribute and AttributeElseGuid
     EventSide events;         //
     const char* source;       // the stable name under which the class reports failures
 };
@@ -40,68 +43,82 @@ struct ObjectTypeRow {
 // One row per object type, in the order of the numbers.
 inline constexpr ObjectTypeRow objectTypeTable[] = {
     {qvrCatalog, nullptr, KeyFamily::Own, nullptr, EventSide::Catalog, "QVRCatalog.Catalog"},
-    {qvrChapter, "Chapter", KeyFamily::A, "id", EventSide::Catalog, "QVRCatalog.Chapter"},
-    {qvrPart, "Part", KeyFamily::A, "id", EventSide::Catalog, "QVRCatalog.Part"},
-    {qvrImage, "Image", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Image"},
-    {qvrLink, "Link", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Link"},
-    {qvrClass, "Class", KeyFamily::A, "domain", EventSide::Catalog, "QVRCatalog.Class"},
-    {qvrClassifications, "Classifications", KeyFamily::D, nullptr, EventSide::Catalog,
+    {qvrChapter, "Chapter", KeyFamily::Attribute, "id", EventSide::Catalog, "QVRCatalog.Chapter"},
+    {qvrPart, "Part", KeyFamily::Attribute, "id", EventSide::Catalog, "QVRCatalog.Part"},
+    {qvrImage, "Image", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog, "QVRCatalog.Image"},
+    {qvrLink, "Link", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog, "QVRCatalog.Link"},
+    {qvrClass, "Class", KeyFamily::Attribute, "domain", EventSide::Catalog, "QVRCatalog.Class"},
+    {qvrClassifications, "Classifications", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
      "QVRCatalog.Classifications"},
-    {qvrOrderInfo, "OrderInfo", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.OrderInfo"},
-    {qvrAvailability, "Availability", KeyFamily::D, nullptr, EventSide::Catalog,
+    {qvrOrderInfo, "OrderInfo", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
+     "QVRCatalog.OrderInfo"},
+    {qvrAvailability, "Availability", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
      "QVRCatalog.Availability"},
-    {qvrCountryCode, "CountryCode", KeyFamily::E, "isoCountryCode", EventSide::Catalog,
-     "QVRCatalog.CountryCode"},
-    {qvrOrderMethod, "OrderMethod", KeyFamily::D, nullptr, EventSide::Catalog,
+    {qvrCountryCode, "CountryCode", KeyFamily::AttributeElseGuid, "isoCountryCode",
+     EventSide::Catalog, "QVRCatalog.CountryCode"},
+    {qvrOrderMethod, "OrderMethod", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
      "QVRCatalog.OrderMethod"},
-    {qvrOrderMethods, "OrderMethods", KeyFamily::D, nullptr, EventSide::Table,
+    {qvrOrderMethods, "OrderMethods", KeyFamily::WrapperGuid, nullptr, EventSide::Table,
      "QVRCatalog.OrderMethods"},
-    {qvrOrderTarget, "OrderTarget", KeyFamily::D, nullptr, EventSide::Catalog,
+    {qvrOrderTarget, "OrderTarget", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
      "QVRCatalog.OrderTarget"},
-    {qvrPhone, "Phone", KeyFamily::A, "name", EventSide::Catalog, "QVRCatalog.Phone"},
-    {qvrEmail, "Email", KeyFamily::A, "name", EventSide::Catalog, "QVRCatalog.Email"},
-    {qvrFax, "Fax", KeyFamily::A, "name", EventSide::Catalog, "QVRCatalog.Fax"},
-    {qvrTelephoneNumber, "TelephoneNumber", KeyFamily::D, nullptr, EventSide::Catalog,
+    {qvrPhone, "Phone", KeyFamily::Attribute, "name", EventSide::Catalog, "QVRCatalog.Phone"},
+    {qvrEmail, "Email", KeyFamily::Attribute, "name", EventSide::Catalog, "QVRCatalog.Email"},
+    {qvrFax, "Fax", KeyFamily::Attribute, "name", EventSide::Catalog, "QVRCatalog.Fax"},
+    {qvrTelephoneNumber, "TelephoneNumber", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
      "QVRCatalog.TelephoneNumber"},
-    {qvrStreet, "Street", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Street"},
-    {qvrPostalAddress, "PostalAddress", KeyFamily::A, "id", EventSide::Catalog,
+    {qvrStreet, "Street", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog, "QVRCatalog.Street"},
+    {qvrPostalAddress, "PostalAddress", KeyFamily::Attribute, "id", EventSide::Catalog,
      "QVRCatalog.PostalAddress"},
-    {qvrAddress, "Address", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Address"},
-    {qvrSupplierLocation, "SupplierLocation", KeyFamily::D, nullptr, EventSide::Catalog,
+    {qvrAddress, "Address", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
+     "QVRCatalog.Address"},
+    {qvrSupplierLocation, "SupplierLocation", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
      "QVRCatalog.SupplierLocation"},
-    {qvrSupplierID, "SupplierID", KeyFamily::A, "domain", EventSide::Catalog,
+    {qvrSupplierID, "SupplierID", KeyFamily::Attribute, "domain", EventSide::Catalog,
      "QVRCatalog.SupplierID"},
-    {qvrSupplierIDs, "SupplierIDs", KeyFamily::D, nullptr, EventSide::Table,
+    {qvrSupplierIDs, "SupplierIDs", KeyFamily::WrapperGuid, nullptr, EventSide::Table,
      "QVRCatalog.SupplierIDs"},
-    {qvrECommerceCenterID, "ECommerceCenterID", KeyFamily::A, "domain", EventSide::Catalog,
+    {qvrECommerceCenterID, "ECommerceCenterID", KeyFamily::Attribute, "domain", EventSide::Catalog,
      "QVRCatalog.ECommerceCenterID"},
-    {qvrECommerceCenterIDs, "ECommerceCenterIDs", KeyFamily::D, nullptr, EventSide::Table,
+    {qvrECommerceCenterIDs, "ECommerceCenterIDs", KeyFamily::WrapperGuid, nullptr, EventSide::Table,
      "QVRCatalog.ECommerceCenterIDs"},
-    {qvrSupplier, "Supplier", KeyFamily::D, nullptr, EventSide::Table, "QVRCatalog.Supplier"},
-    {qvrExtrinsics, "Extrinsics", KeyFamily::D, nullptr, EventSide::Table, "QVRCatalog.Extrinsics"},
-    {qvrExtrinsic, "Extrinsic", KeyFamily::F, nullptr, EventSide::Catalog, "QVRCatalog.Extrinsic"},
-    {qvrDocument, "Document", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Document"},
-    {qvrDocuments, "Documents", KeyFamily::D, nullptr, EventSide::Catalog, "QVRCatalog.Documents"},
-    {qvrURL, "URL", KeyFamily::E, "xml:lang", EventSide::Catalog, "QVRCatalog.URL"},
+    {qvrSupplier, "Supplier", KeyFamily::WrapperGuid, nullptr, EventSide::Table,
+     "QVRCatalog.Supplier"},
+    {qvrExtrinsics, "Extrinsics", KeyFamily::WrapperGuid, nullptr, EventSide::Table,
+     "QVRCatalog.Extrinsics"},
+    {qvrExtrinsic, "Extrinsic", KeyFamily::OwnOperation, nullptr, EventSide::Catalog,
+     "QVRCatalog.Extrinsic"},
+    {qvrDocument, "Document", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
+     "QVRCatalog.Document"},
+    {qvrDocuments, "Documents", KeyFamily::WrapperGuid, nullptr, EventSide::Catalog,
+     "QVRCatalog.Documents"},
+    {qvrURL, "URL", KeyFamily::AttributeElseGuid, "xml:lang", EventSide::Catalog, "QVRCatalog.URL"},
     {qvrTable, nullptr, KeyFamily::Own, nullptr, EventSide::Table, "QVRCatalog.Table"},
-    {qvrImages, "Images", KeyFamily::D, nullptr, EventSide::Table, "QVRCatalog.Images"},
-    {qvrReferencedFiles, "XRefFiles", KeyFamily::D, nullptr, EventSide::Table,
+    {qvrImages, "Images", KeyFamily::WrapperGuid, nullptr, EventSide::Table, "QVRCatalog.Images"},
+    {qvrReferencedFiles, "XRefFiles", KeyFamily::WrapperGuid, nullptr, EventSide::Table,
      "QVRCatalog.ReferencedFiles"},
-    {qvrTableColumn, "Column", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.TableColumn"},
-    {qvrRefColumn, "ColumnRef", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.RefColumn"},
-    {qvrConstColumn, "ColumnConst", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.ConstColumn"},
-    {qvrCalculatedColumn, "ColumnCalc", KeyFamily::A, "id", EventSide::Table,
+    {qvrTableColumn, "Column", KeyFamily::Attribute, "id", EventSide::Table,
+     "QVRCatalog.TableColumn"},
+    {qvrRefColumn, "ColumnRef", KeyFamily::Attribute, "id", EventSide::Table,
+     "QVRCatalog.RefColumn"},
+    {qvrConstColumn, "ColumnConst", KeyFamily::Attribute, "id", EventSide::Table,
+     "QVRCatalog.ConstColumn"},
+    {qvrCalculatedColumn, "ColumnCalc", KeyFamily::Attribute, "id", EventSide::Table,
      "QVRCatalog.CalculatedColumn"},
-    {qvrUniqueColumn, "ColumnUnique", KeyFamily::A, "id", EventSide::Table,
+    {qvrUniqueColumn, "ColumnUnique", KeyFamily::Attribute, "id", EventSide::Table,
      "QVRCatalog.UniqueColumn"},
-    {qvrView, "ColumnView", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.View"},
-    {qvrConstView, "ColumnConstView", KeyFamily::A, "id", EventSide::Table, "QVRCatalog.ConstView"},
-    {qvrDrawing, "Drawing", KeyFamily::G, nullptr, EventSide::Table, "QVRCatalog.Drawing"},
-    {qvrCell, "Row", KeyFamily::G, nullptr, EventSide::Table, "QVRCatalog.Cell"},
-    {qvrRefCell, "RowRef", KeyFamily::G, nullptr, EventSide::Table, "QVRCatalog.RefCell"},
-    {qvrInfoCell, "RowUnique", KeyFamily::H, nullptr, EventSide::Table, "QVRCatalog.InfoCell"},
+    {qvrView, "ColumnView", KeyFamily::Attribute, "id", EventSide::Table, "QVRCatalog.View"},
+    {qvrConstView, "ColumnConstView", KeyFamily::Attribute, "id", EventSide::Table,
+     "QVRCatalog.ConstView"},
+    {qvrDrawing, "Drawing", KeyFamily::RowKeyOfIdref, nullptr, EventSide::Table,
+     "QVRCatalog.Drawing"},
+    {qvrCell, "Row", KeyFamily::RowKeyOfIdref, nullptr, EventSide::Table, "QVRCatalog.Cell"},
+    {qvrRefCell, "RowRef", KeyFamily::RowKeyOfIdref, nullptr, EventSide::Table,
+     "QVRCatalog.RefCell"},
+    {qvrInfoCell, "RowUnique", KeyFamily::OwnText, nullptr, EventSide::Table,
+     "QVRCatalog.InfoCell"},
     {qvrReference, nullptr, KeyFamily::Own, nullptr, EventSide::Catalog, "QVRCatalog.Reference"},
-    {qvrRecipe, "Recipe", KeyFamily::F, nullptr, EventSide::Table, "QVRCatalog.Recipe"},
+    {qvrRecipe, "Recipe", KeyFamily::OwnOperation, nullptr, EventSide::Table, "QVRCatalog.Recipe"},
 };
 
 constexpr bool objectTypeTableInOrder() {
@@ -141,44 +158,52 @@ struct ContainerRow {
     TypeSet accepted;
     const char* keyAttribute;
     const char* childSelection;
-    std::uint32_t wrongTypeMessage;
+    Msg wrongTypeMessage;
     LastChildGuard guard;
-    bool reportsDuplicate; // a duplicate key: message 134 and E_FAIL, or QVR_E_DUPLICATE alone
+    bool reportsDuplicate; // a duplicate key: msgDuplicateId and E_FAIL, or QVR_E_DUPLICATE alone
 };
 
 inline constexpr ContainerRow containerTable[] = {
-    {qvrCatalog, typeSet({qvrChapter}), "id", "Chapter", 106, LastChildGuard::No, true},
-    {qvrChapter, typeSet({qvrChapter, qvrPart}), "id", "(Chapter | Part)", 105, LastChildGuard::No,
-     true},
-    {qvrAvailability, typeSet({qvrCountryCode}), "isoCountryCode", "CountryCode", 121,
+    {qvrCatalog, typeSet({qvrChapter}), "id", "Chapter", msgOnlyChapters, LastChildGuard::No, true},
+    {qvrChapter, typeSet({qvrChapter, qvrPart}), "id", "(Chapter | Part)", msgOnlyChaptersOrParts,
+     LastChildGuard::No, true},
+    {qvrAvailability, typeSet({qvrCountryCode}), "isoCountryCode", "CountryCode",
+     msgOnlyCountryCodes, LastChildGuard::Yes, true},
+    {qvrClassifications, typeSet({qvrClass}), "domain", "Class", msgOnlyClasses,
      LastChildGuard::Yes, true},
-    {qvrClassifications, typeSet({qvrClass}), "domain", "Class", 120, LastChildGuard::Yes, true},
-    {qvrDocument, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
-    {qvrDocuments, typeSet({qvrDocument}), "NA", "Document", 115, LastChildGuard::Yes, true},
-    {qvrECommerceCenterIDs, typeSet({qvrECommerceCenterID}), "domain", "ECommerceCenterID", 130,
+    {qvrDocument, typeSet({qvrURL}), "xml:lang", "URL", msgOnlyURLs, LastChildGuard::Yes, true},
+    {qvrDocuments, typeSet({qvrDocument}), "NA", "Document", msgOnlyDocuments, LastChildGuard::Yes,
+     true},
+    {qvrECommerceCenterIDs, typeSet({qvrECommerceCenterID}), "domain", "ECommerceCenterID",
+     msgOnlyECommerceCenterIDs, LastChildGuard::Yes, true},
+    {qvrExtrinsics, typeSet({qvrExtrinsic}), "NA", "Extrinsic", msgOnlyExtrinsics,
+     LastChildGuard::No, true},
+    {qvrImage, typeSet({qvrURL}), "xml:lang", "URL", msgOnlyURLs, LastChildGuard::Yes, false},
+    {qvrImages, typeSet({qvrImage}), "NA", "Image", msgOnlyImages, LastChildGuard::Yes, true},
+    {qvrLink, typeSet({qvrURL}), "xml:lang", "URL", msgOnlyURLs, LastChildGuard::Yes, true},
+    {qvrOrderMethods, typeSet({qvrOrderMethod}), "NA", "OrderMethod", msgOnlyOrderMethods,
+     LastChildGuard::No, true},
+    {qvrPostalAddress, typeSet({qvrStreet}), "NA", "Street", msgOnlyStreets, LastChildGuard::Yes,
+     true},
+    {qvrReferencedFiles, typeSet({qvrURL}), "xml:lang", "URL", msgOnlyURLs, LastChildGuard::Yes,
+     true},
+    {qvrSupplier, typeSet({qvrSupplierLocation}), "NA", "SupplierLocation",
+     msgOnlySupplierLocations, LastChildGuard::No, true},
+    {qvrSupplierIDs, typeSet({qvrSupplierID}), "domain", "SupplierID", msgOnlySupplierIDs,
      LastChildGuard::Yes, true},
-    {qvrExtrinsics, typeSet({qvrExtrinsic}), "NA", "Extrinsic", 151, LastChildGuard::No, true},
-    {qvrImage, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, false},
-    {qvrImages, typeSet({qvrImage}), "NA", "Image", 112, LastChildGuard::Yes, true},
-    {qvrLink, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
-    {qvrOrderMethods, typeSet({qvrOrderMethod}), "NA", "OrderMethod", 127, LastChildGuard::No,
+    {qvrTableColumn, typeSet({qvrCell}), "NA", "Row", msgOnlyCells, LastChildGuard::Own, true},
+    {qvrRefColumn, typeSet({qvrRefCell}), "NA", "RowRef", msgOnlyRefCells, LastChildGuard::Own,
      true},
-    {qvrPostalAddress, typeSet({qvrStreet}), "NA", "Street", 128, LastChildGuard::Yes, true},
-    {qvrReferencedFiles, typeSet({qvrURL}), "xml:lang", "URL", 108, LastChildGuard::Yes, true},
-    {qvrSupplier, typeSet({qvrSupplierLocation}), "NA", "SupplierLocation", 131, LastChildGuard::No,
-     true},
-    {qvrSupplierIDs, typeSet({qvrSupplierID}), "domain", "SupplierID", 129, LastChildGuard::Yes,
-     true},
-    {qvrTableColumn, typeSet({qvrCell}), "NA", "Row", 118, LastChildGuard::Own, true},
-    {qvrRefColumn, typeSet({qvrRefCell}), "NA", "RowRef", 153, LastChildGuard::Own, true},
-    {qvrView, typeSet({qvrDrawing}), "NA", "Drawing", 114, LastChildGuard::Own, true},
-    {qvrConstView, typeSet({qvrRecipe}), "application", "Recipe", 152, LastChildGuard::Yes, true},
-    {qvrUniqueColumn, typeSet({qvrInfoCell}), "id", "RowUnique", 150, LastChildGuard::Own, true},
+    {qvrView, typeSet({qvrDrawing}), "NA", "Drawing", msgOnlyDrawings, LastChildGuard::Own, true},
+    {qvrConstView, typeSet({qvrRecipe}), "application", "Recipe", msgOnlyRecipes,
+     LastChildGuard::Yes, true},
+    {qvrUniqueColumn, typeSet({qvrInfoCell}), "id", "RowUnique", msgOnlyInfoCells,
+     LastChildGuard::Own, true},
     {qvrTable,
      typeSet({qvrTableColumn, qvrRefColumn, qvrConstColumn, qvrCalculatedColumn, qvrView,
               qvrConstView}),
-     "id", "(Column | ColumnConst | ColumnCalc | ColumnView | ColumnConstView | ColumnRef)", 113,
-     LastChildGuard::Own, true},
+     "id", "(Column | ColumnConst | ColumnCalc | ColumnView | ColumnConstView | ColumnRef)",
+     msgOnlyColumnsOrViews, LastChildGuard::Own, true},
 };
 
 // The container row of a class, or null for a class that takes no children.

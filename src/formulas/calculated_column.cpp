@@ -5,7 +5,7 @@
 #include <qvr/content.h>
 #include <qvr/table.h>
 
-#include "core/xml_dom_tool.h"
+#include "core/row_tool.h"
 #include "formulas/document_columns.h"
 #include "formulas/formula_evaluator.h"
 
@@ -116,18 +116,18 @@ HRESULT Column::calculate(const Variant& row, Variant* result) {
 }
 
 HRESULT Column::findRow(const Variant& row, Ref<IXMLDOMElement>* found) {
-    CXMLDOMTool tool(element());
+    RowTool tool(element());
     HRESULT hr;
     if (row.vt() == VT_BSTR) {
         // A text is the row's key, whatever it looks like: "0" names the row whose key is "0".
         hr = tool.findRowByValue(row.str(), found);
-        return hr == S_FALSE ? report(135, E_INVALIDARG) : hr;
+        return hr == S_FALSE ? report(msgIdNotFound, E_INVALIDARG) : hr;
     }
     Variant index;
     if ((hr = changeType(&index, row, LOCALE_USER_DEFAULT, 0, VT_I4)) != S_OK) return hr;
-    if (index.i4() < 1) return report(111, E_INVALIDARG);
+    if (index.i4() < 1) return report(msgIndexZero, E_INVALIDARG);
     hr = tool.findRowByIndex(index.i4() - 1, found);
-    return hr == S_FALSE ? report(138, E_INVALIDARG) : hr;
+    return hr == S_FALSE ? report(msgIndexOutOfRange, E_INVALIDARG) : hr;
 }
 
 HRESULT Column::evaluateFormula(const String& rowId, const String& formula, Variant* result) {

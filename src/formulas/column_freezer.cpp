@@ -1,6 +1,6 @@
 #include "formulas/column_freezer.h"
 
-#include "core/xml_dom_tool.h"
+#include "core/object_factory.h"
 
 namespace qvr {
 
@@ -18,7 +18,7 @@ HRESULT ColumnFreezer::freezeAll(IQVRCatalogTable* table, IXMLDOMElement* root, 
             Ref<IXMLDOMNode> node;
             Ref<IQVRCatalogObject> object;
             if ((hr = calculated->get_item(i, &node)) != S_OK) break;
-            if ((hr = CXMLDOMTool(node).createObject(table, table, &object)) != S_OK) break;
+            if ((hr = createObjectOf(node, table, table, &object)) != S_OK) break;
             Ref<IQVRTableCalculatedColumn> column = query<IQVRTableCalculatedColumn>(object);
             if (!column) {
                 hr = E_NOINTERFACE;

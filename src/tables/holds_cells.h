@@ -7,21 +7,23 @@
 
 #include <cstdint>
 
+#include "core/child_tool.h"
 #include "core/object_types.h"
-#include "core/xml_dom_tool.h"
+#include "core/row_tool.h"
 #include "platform/com/failure.h"
+#include "platform/com/messages.h"
 
 namespace qvr {
 
 struct CellHolderRow {
     QVRObjectType owner;
-    std::uint32_t alreadyAttachedMessage;
+    Msg alreadyAttachedMessage;
 };
 
 inline constexpr CellHolderRow cellHolderTable[] = {
-    {qvrTableColumn, 119}, // "The cell is already attached to this object."
-    {qvrRefColumn, 119},
-    {qvrView, 117}, // "The drawing is already attached to this object."
+    {qvrTableColumn, msgCellAlreadyAttached},
+    {qvrRefColumn, msgCellAlreadyAttached},
+    {qvrView, msgDrawingAlreadyAttached},
 };
 
 constexpr std::uint32_t alreadyAttachedMessage(QVRObjectType owner) {
@@ -44,11 +46,10 @@ public:
             if (!this->initialized()) return this->notInitialized();
             Ref<CellInterface> cell = query<CellInterface>(child);
             if (!cell) return E_FAIL;
-            CXMLDOMTool tool(this->element());
-            HRESULT hr = tool.removeRowForCell(child);
+            HRESULT hr = RowTool(this->element()).removeRowForCell(child);
             if (hr != S_OK) return hr;
-            if ((hr = tool.removeChildObject(this->catalogRef(), child, removed)) == S_OK)
-                this->fire(qvrEventObjectRemoved, child, Variant());
+            hr = ChildTool(this->element()).removeChildObject(this->catalogRef(), child, removed);
+            if (hr == S_OK) this->fire(qvrEventObjectRemoved, child, Variant());
             return hr;
         });
     }
@@ -57,12 +58,11 @@ protected:
     // The cell stands in the column now, so its next sibling tells where a new row belongs. On a
     // failure the cell is taken out again.
     HRESULT childPlaced(IQVRCatalogObject* cell) override {
-        CXMLDOMTool tool(this->element());
         const Ref<IQVRCatalogObject> table = this->catalogRef();
-        const HRESULT hr = tool.addRowForCell(table, cell);
+        const HRESULT hr = RowTool(this->element()).addRowForCell(table, cell);
         if (SUCCEEDED(hr)) return S_OK;
         if (hr == QVR_E_DUPLICATE) this->report(alreadyAttachedMessage(Base::info.type.type), hr);
-        tool.removeChildObject(table, cell, nullptr);
+        ChildTool(this->element()).removeChildObject(table, cell, nullptr);
         return hr;
     }
 };

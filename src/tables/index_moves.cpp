@@ -28,7 +28,7 @@ HRESULT checkArguments(const ObjectCore& reporter, const Variant& from, const Va
     if (!isTextOrObject(to) && !isInteger(to)) return E_INVALIDARG;
     if (!isInteger(to)) return E_NOTIMPL;
     *target = integerOf(to);
-    return *target < 1 ? reporter.report(111) : S_OK;
+    return *target < 1 ? reporter.report(msgIndexZero) : S_OK;
 }
 
 HRESULT moveAll(const Variant& from, std::int32_t to, const MoveOne& move) {

@@ -2,13 +2,15 @@
 
 #include <string>
 
+#include "core/object_factory.h"
+#include "core/row_tool.h"
 #include "core/value_selection.h"
 
 namespace qvr {
 namespace {
 
 // What the cells of each kind of table child are called; the kinds that store none answer with
-// message 149 and S_FALSE, any other object with E_UNEXPECTED.
+// msgNoCellsHere and S_FALSE, any other object with E_UNEXPECTED.
 struct CellKindRow {
     QVRObjectType owner;
     const char* cellTag; // null: the kind stores no cells
@@ -42,8 +44,9 @@ HRESULT CQVRTableInfoCell::put_row(const String& row) {
         if (FAILED(hr)) return hr;
         if (key == row) return S_OK; // unchanged: nothing to tell
         Ref<IXMLDOMElement> taken;
-        hr = CXMLDOMTool(element()).findRowByValue(row, &taken);
-        if (hr != S_FALSE) return report(134, QVR_E_DUPLICATE); // in use, or the lookup failed
+        hr = RowTool(element()).findRowByValue(row, &taken);
+        if (hr != S_FALSE)
+            return report(msgDuplicateId, QVR_E_DUPLICATE); // in use, or the lookup failed
         if ((hr = element()->put_text(row)) == S_OK) fireChanged();
         return hr;
     });
@@ -60,7 +63,7 @@ HRESULT CQVRTableInfoCell::getCell(IQVRCatalogObject* column, Ref<IQVRTableCellO
         if (FAILED(hr)) return hr;
         const CellKindRow* kind = cellKindOf(type);
         if (!kind) return E_UNEXPECTED;
-        if (!kind->cellTag) return report(149, S_FALSE);
+        if (!kind->cellTag) return report(msgNoCellsHere, S_FALSE);
         String id;
         if (FAILED(hr = element()->getAttribute("id", &id))) return hr;
         Ref<IXMLDOMElement> columnNode;
@@ -79,8 +82,7 @@ HRESULT CQVRTableInfoCell::getCell(IQVRCatalogObject* column, Ref<IQVRTableCellO
                                      "']", &found)) != S_OK)
             return hr;
         Ref<IQVRCatalogObject> object;
-        if ((hr = CXMLDOMTool(found).createObject(catalogRef(), column, &object)) != S_OK)
-            return hr;
+        if ((hr = createObjectOf(found, catalogRef(), column, &object)) != S_OK) return hr;
         *cell = query<IQVRTableCellObject>(object);
         return *cell ? S_OK : E_NOINTERFACE;
     });

@@ -1,9 +1,11 @@
 #include "tables/table.h"
 
+#include "core/child_tool.h"
 #include "core/event_firing.h"
 #include "core/ids.h"
+#include "core/object_factory.h"
+#include "core/row_tool.h"
 #include "core/value_selection.h"
-#include "core/xml_dom_tool.h"
 #include "formulas/column_freezer.h"
 #include "platform/com/failure.h"
 #include "tables/index_moves.h"
@@ -32,7 +34,7 @@ CQVRCatalogTable::CQVRCatalogTable() : RootObject(EventSide::Table), cachedKey_(
 // --- Hooks -------------------------------------------------------------------------------------
 
 HRESULT CQVRCatalogTable::notInitialized() const {
-    return report(110);
+    return report(msgTableNotInitialized);
 }
 
 HRESULT CQVRCatalogTable::requireDocument() const {
@@ -49,11 +51,11 @@ HRESULT CQVRCatalogTable::catalogObject(Ref<IQVRCatalogObject>* catalog) {
     return S_OK;
 }
 
-HRESULT CQVRCatalogTable::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
+HRESULT CQVRCatalogTable::insertChild(ChildTool& tool, IQVRCatalogObject* child,
                                       const Variant& position, Ref<IQVRCatalogObject>* inserted,
                                       const ContainerRow& row) {
-    return tool.insertChildObjectDirect(self(), self(), child, position, inserted, row.keyAttribute,
-                                        row.childSelection);
+    return tool.insertChildObject(self(), self(), child, position, inserted, row.keyAttribute,
+                                  row.childSelection);
 }
 
 void CQVRCatalogTable::fire(std::int32_t event, IQVRCatalogObject* subject,
@@ -78,16 +80,18 @@ HRESULT CQVRCatalogTable::insertBefore(IQVRCatalogObject* newChild, const Varian
         // The rows of the cells the column brings along. They stay if a later step fails.
         if (type != qvrConstView) {
             Ref<IQVRCatalogObjectList> cells;
-            if (FAILED(hr = newChild->get_childNodes(&cells))) return report(110, hr);
-            CXMLDOMTool tool(element_);
+            if (FAILED(hr = newChild->get_childNodes(&cells)))
+                return report(msgTableNotInitialized, hr);
+            RowTool tool(element_);
             for (std::int32_t i = 1; cells && hr == S_OK; ++i) {
                 Ref<IQVRCatalogObject> cell;
                 if (cells->getItem(i, &cell) != S_OK) break;
-                if (FAILED(hr = tool.addRowForCell(self(), cell))) return report(110, hr);
+                if (FAILED(hr = tool.addRowForCell(self(), cell)))
+                    return report(msgTableNotInitialized, hr);
             }
         }
         if (!element_) return notInitialized();
-        CXMLDOMTool tool(element_);
+        ChildTool tool(element_);
         Ref<IQVRCatalogObject> child;
         hr = insertChild(tool, newChild, position, &child, row);
         if (hr == S_OK) {
@@ -95,7 +99,7 @@ HRESULT CQVRCatalogTable::insertBefore(IQVRCatalogObject* newChild, const Varian
             if (inserted) *inserted = std::move(child);
             return S_OK;
         }
-        return hr == QVR_E_DUPLICATE ? report(134) : hr;
+        return hr == QVR_E_DUPLICATE ? report(msgDuplicateId) : hr;
     });
 }
 
@@ -106,21 +110,22 @@ HRESULT CQVRCatalogTable::removeChild(IQVRCatalogObject* child, Ref<IQVRCatalogO
         Ref<IQVRCatalogObject> held(child);
         QVRObjectType type;
         HRESULT hr = child->get_objectType(&type);
-        if (FAILED(hr)) return report(110, hr);
+        if (FAILED(hr)) return report(msgTableNotInitialized, hr);
         // Each cell lets go of its row first; a row goes with its last cell.
-        CXMLDOMTool tool(element_);
         if (type != qvrConstView) {
+            RowTool rows(element_);
             Ref<IQVRCatalogObjectList> cells;
-            if (FAILED(hr = child->get_childNodes(&cells))) return report(110, hr);
+            if (FAILED(hr = child->get_childNodes(&cells)))
+                return report(msgTableNotInitialized, hr);
             for (std::int32_t i = 1; cells; ++i) {
                 Ref<IQVRCatalogObject> item;
                 if (cells->getItem(i, &item) != S_OK) break;
                 Ref<IQVRTableCellObject> cell = query<IQVRTableCellObject>(item);
-                if (FAILED(hr = cell ? tool.removeRowForCell(cell) : E_NOINTERFACE))
-                    return report(110, hr);
+                if (FAILED(hr = cell ? rows.removeRowForCell(cell) : E_NOINTERFACE))
+                    return report(msgTableNotInitialized, hr);
             }
         }
-        if ((hr = tool.removeChildObject(self(), child, removed)) == S_OK)
+        if ((hr = ChildTool(element_).removeChildObject(self(), child, removed)) == S_OK)
             fire(qvrEventObjectRemoved, child, Variant());
         return hr;
     });
@@ -142,7 +147,7 @@ HRESULT CQVRCatalogTable::moveColumn(std::int32_t from, std::int32_t to) {
     HRESULT hr = columnFromVariant(Variant(from), &column);
     if (hr != S_OK) return hr;
     // A place behind the last column finds no column, and its removal answers E_POINTER.
-    CXMLDOMTool tool(element_);
+    ChildTool tool(element_);
     if ((hr = tool.removeChildObject(self(), column, nullptr)) != S_OK) return hr;
     fire(qvrEventObjectRemoved, column, Variant());
     const Variant place(index_moves::insertionPlace(from, to));
@@ -160,20 +165,20 @@ HRESULT CQVRCatalogTable::columnFromVariant(const Variant& key, Ref<IQVRCatalogO
     case VT_I2:
     case VT_I4: {
         const std::int32_t index = key.vt() == VT_I2 ? key.i2() : key.i4();
-        if (index < 1) return report(111);
+        if (index < 1) return report(msgIndexZero);
         Ref<IXMLDOMNodeList> columns;
         if (FAILED(element_->selectNodes(classInfo().container->childSelection, &columns)))
-            return report(138);
+            return report(msgIndexOutOfRange);
         Ref<IXMLDOMNode> node;
         if (columns->get_item(index - 1, &node) != S_OK) return S_OK; // none there
-        return CXMLDOMTool(node).createObject(self(), self(), column);
+        return createObjectOf(node, self(), self(), column);
     }
     case VT_BSTR: {
         // The attribute is spelled "Id" here, and so matches no column of the model.
         Ref<IXMLDOMNode> node;
         if (selectOneWithValue(element_, "*[@Id = '", key.str(), "']", &node) != S_OK)
-            return report(135, QVR_E_NOTFOUND);
-        if ((hr = CXMLDOMTool(node).createObject(self(), self(), column)) != S_OK) return hr;
+            return report(msgIdNotFound, QVR_E_NOTFOUND);
+        if ((hr = createObjectOf(node, self(), self(), column)) != S_OK) return hr;
         break;
     }
     case VT_DISPATCH:
@@ -195,7 +200,7 @@ HRESULT CQVRCatalogTable::freezeCalculatedColumns(VARIANT_BOOL* ok) {
     return guarded([&] {
         if (!ok) return E_POINTER;
         *ok = VARIANT_FALSE;
-        if (!element_) return report(116);
+        if (!element_) return report(msgObjectNotInitialized);
         return ColumnFreezer::freezeAll(this, element_, ok);
     });
 }
@@ -300,14 +305,14 @@ HRESULT CQVRCatalogTable::checkLoaded(HRESULT loadStatus) {
         return rememberLoad(reportParseFailure(loadStatus));
     }
     // A foreign root stays the element: every operation then works on the foreign tree.
-    return rememberLoad(checkRootTag("vCATTable", 146, QVR_E_NOTTABLE, &element_));
+    return rememberLoad(checkRootTag("vCATTable", msgNotTableFile, QVR_E_NOTTABLE, &element_));
 }
 
 HRESULT CQVRCatalogTable::load(const Variant& url, std::int32_t, VARIANT_BOOL* ok) {
     return guarded([&] {
         if (!ok) return E_POINTER;
         *ok = VARIANT_FALSE;
-        HRESULT hr = ensureDocument(110);
+        HRESULT hr = ensureDocument(msgTableNotInitialized);
         if (hr != S_OK) return hr;
         document_->put_async(VARIANT_FALSE);
         if ((hr = checkLoaded(document_->load(url, ok))) != S_OK) return hr;
@@ -320,7 +325,7 @@ HRESULT CQVRCatalogTable::loadXML(const String& xml, const String& key, std::int
                                   VARIANT_BOOL* ok) {
     return guarded([&] {
         // As in the catalog, the document is readied before the out pointer is looked at.
-        HRESULT hr = ensureDocument(110);
+        HRESULT hr = ensureDocument(msgTableNotInitialized);
         if (hr != S_OK) return hr;
         if (!ok) return E_POINTER;
         *ok = VARIANT_FALSE;

@@ -22,12 +22,13 @@ class CQVRCatalogTable final : public RootObject<IQVRCatalogTable, qvrTable> {
 public:
     CQVRCatalogTable();
 
-    // --- ObjectCore hooks: the root element, message 110, routed firing ------------------------
+    // --- ObjectCore hooks: the root element, msgTableNotInitialized, routed firing
+    // ------------------------
     bool initialized() const override { return element_ != nullptr; }
     HRESULT notInitialized() const override;
     HRESULT workElement(Ref<IXMLDOMElement>* element) override;
     HRESULT catalogObject(Ref<IQVRCatalogObject>* catalog) override;
-    HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child, const Variant& position,
+    HRESULT insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
                         Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) override;
     void fire(std::int32_t event, IQVRCatalogObject* subject, const Variant& position) override;
 
@@ -127,7 +128,7 @@ public:
     HRESULT adoptCacheEntry(const STableCache& entry);
 
 private:
-    // No document: message 110 and E_FAIL.
+    // No document: msgTableNotInitialized and E_FAIL.
     HRESULT requireDocument() const;
     // The end of load and loadXML: a parse failure's text, or the check of the root element.
     HRESULT checkLoaded(HRESULT loadStatus);

@@ -1,12 +1,13 @@
 // What the cells share (values of plain columns, drawings of views, links of reference columns):
 // the `idref` that names their row, and the move to another row by its key. A cell is a leaf.
-// Its key (family G) is the key text of its row, or until it has one, the key it was made with.
+// Its key (KeyFamily::RowKeyOfIdref) is the key text of its row, or until it has one, the key it
+// was made with.
 #pragma once
 
 #include <qvr/table_cells.h>
 
 #include "core/catalog_object.h"
-#include "core/xml_dom_tool.h"
+#include "core/row_tool.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
@@ -29,8 +30,8 @@ public:
             if (row.isEmpty()) return E_INVALIDARG;
             if (!this->initialized()) return this->notInitialized();
             Ref<IXMLDOMElement> found;
-            HRESULT hr = CXMLDOMTool(this->element()).findRowByValue(row, &found);
-            if (hr != S_OK) return this->report(137, hr);
+            HRESULT hr = RowTool(this->element()).findRowByValue(row, &found);
+            if (hr != S_OK) return this->report(msgRowIdNotFound, hr);
             String id;
             if (FAILED(hr = found->getAttribute("id", &id))) return hr;
             return put_idref(id);

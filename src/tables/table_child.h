@@ -16,8 +16,8 @@
 
 #include "core/accessors.h"
 #include "core/catalog_object.h"
+#include "core/child_tool.h"
 #include "core/ids.h"
-#include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
 
 namespace qvr {
@@ -41,10 +41,14 @@ public:
         return guarded([&] {
             if (id.isEmpty()) return E_INVALIDARG;
             if (!this->initialized()) return this->notInitialized();
-            // Unique among the parent's children; the child's own present id passes.
-            HRESULT hr = CXMLDOMTool::fromCookie(this->parentCookie())
-                             .checkUniqueAttribute(this->element(), "id", id);
-            if (hr != S_OK) return this->report(134);
+            // Unique among the parent's children; the child's own present id passes, and so does
+            // any id of a child without parent.
+            Ref<IXMLDOMElement> siblings;
+            if (const Ref<IQVRCatalogObject> parent = this->parentRef();
+                parent && FAILED(parent->get_domNode(&siblings)))
+                siblings = nullptr;
+            HRESULT hr = ChildTool(siblings).checkUniqueAttribute(this->element(), "id", id);
+            if (hr != S_OK) return this->report(msgDuplicateId);
             if ((hr = this->element()->setAttribute("id", id)) == S_OK) this->fireChanged();
             return hr;
         });
@@ -55,7 +59,7 @@ public:
         return guarded([&] {
             if (!extrinsics) return E_POINTER;
             *extrinsics = nullptr;
-            if (!this->initialized()) return this->report(110);
+            if (!this->initialized()) return this->report(msgTableNotInitialized);
             return accessors::wrapSelected(this->element(), "Extrinsics", this->self(),
                                            this->self(), extrinsics);
         });

@@ -1,7 +1,7 @@
 // The table root's own attributes and single children: address, base, language, description,
 // fix column, version, foot note, extrinsics, and the unique column.
 #include "core/accessors.h"
-#include "core/xml_dom_tool.h"
+#include "core/singleton_tool.h"
 #include "platform/com/failure.h"
 #include "platform/url/url.h"
 #include "tables/table.h"
@@ -99,17 +99,16 @@ HRESULT CQVRCatalogTable::putref_extrinsics(IQVRCatalogObject* extrinsics) {
         if (!element_) return notInitialized();
         Ref<IXMLDOMNode> present;
         HRESULT hr = element_->selectSingleNode("Extrinsics", &present);
-        if (FAILED(hr)) return report(110, hr);
-        CXMLDOMTool tool(element_);
+        if (FAILED(hr)) return report(msgTableNotInitialized, hr);
+        SingletonTool tool(element_);
         Ref<IQVRCatalogObject> placed;
         if (present && extrinsics)
-            hr = tool.replaceSingletonDirect(self(), self(), "Extrinsics", extrinsics, &placed);
+            hr = tool.replaceSingleton(self(), self(), "Extrinsics", extrinsics, &placed);
         else if (present)
             hr = tool.removeNode(present);
         else if (extrinsics) // right behind the unique column, or first without one
-            hr = tool.insertSingletonAfterDirect(self(), self(), "ColumnUnique", extrinsics,
-                                                 &placed);
-        if (FAILED(hr)) return report(110, hr);
+            hr = tool.insertSingletonAfter(self(), self(), "ColumnUnique", extrinsics, &placed);
+        if (FAILED(hr)) return report(msgTableNotInitialized, hr);
         fire(qvrEventObjectChanged, self(), Variant());
         return S_OK;
     });
@@ -118,7 +117,7 @@ HRESULT CQVRCatalogTable::putref_extrinsics(IQVRCatalogObject* extrinsics) {
 HRESULT CQVRCatalogTable::get_footNote(String* footNote) {
     return guarded([&] {
         if (!footNote) return E_POINTER;
-        if (!element_) return report(116);
+        if (!element_) return report(msgObjectNotInitialized);
         Ref<IXMLDOMNode> node;
         HRESULT hr = element_->selectSingleNode("FootNote", &node);
         if (hr != S_OK) return hr;
@@ -130,7 +129,7 @@ HRESULT CQVRCatalogTable::get_footNote(String* footNote) {
 
 HRESULT CQVRCatalogTable::put_footNote(const String& footNote) {
     return guarded([&] {
-        if (!element_) return report(116);
+        if (!element_) return report(msgObjectNotInitialized);
         Ref<IXMLDOMNode> node;
         HRESULT hr = element_->selectSingleNode("FootNote", &node);
         if (FAILED(hr)) return hr;

@@ -2,21 +2,15 @@
 
 #include <qvr/table_cells.h>
 
+#include "core/child_tool.h"
 #include "core/event_firing.h"
+#include "core/object_factory.h"
+#include "core/row_tool.h"
 #include "tables/index_moves.h"
 
 namespace qvr {
-namespace {
 
-// A wrapper of `node` with `table` as catalog and `parent` as parent.
-HRESULT wrap(IXMLDOMNode* node, IQVRCatalogObject* table, IQVRCatalogObject* parent,
-             Ref<IQVRCatalogObject>* object) {
-    return CXMLDOMTool(node).createObject(table, parent, object);
-}
-
-} // namespace
-
-HRESULT CQVRTableUniqueColumn::insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child,
+HRESULT CQVRTableUniqueColumn::insertChild(ChildTool& tool, IQVRCatalogObject* child,
                                            const Variant& position,
                                            Ref<IQVRCatalogObject>* inserted,
                                            const ContainerRow& row) {
@@ -41,7 +35,7 @@ HRESULT CQVRTableUniqueColumn::removeChild(IQVRCatalogObject* row,
         if (FAILED(hr)) return hr;
         std::int32_t count = 0;
         Ref<IXMLDOMNodeList> cells;
-        if (FAILED(hr = CXMLDOMTool(rowNode).selectIdRefs(&count, &cells))) return hr;
+        if (FAILED(hr = RowTool(rowNode).selectIdRefs(&count, &cells))) return hr;
         // Each cell leaves its column, and the column tells of it.
         const Ref<IQVRCatalogObject> table = catalogRef();
         for (std::int32_t i = 0; i < count; ++i) {
@@ -52,11 +46,11 @@ HRESULT CQVRTableUniqueColumn::removeChild(IQVRCatalogObject* row,
             if ((hr = cellNode->get_parentNode(&columnNode)) != S_OK)
                 return FAILED(hr) ? hr : E_FAIL;
             if (FAILED(hr = CXMLDOMTool(columnNode).removeNode(cellNode))) return hr;
-            if ((hr = wrap(columnNode, table, table, &column)) != S_OK) return hr;
-            if ((hr = wrap(cellNode, table, column, &cell)) != S_OK) return hr;
+            if ((hr = createObjectOf(columnNode, table, table, &column)) != S_OK) return hr;
+            if ((hr = createObjectOf(cellNode, table, column, &cell)) != S_OK) return hr;
             fireObjectEventTable(qvrEventObjectRemoved, column, cell, Variant());
         }
-        hr = CXMLDOMTool(element()).removeChildFromCookie(catalogCookie(), row, removed);
+        hr = table ? ChildTool(element()).removeChildObject(table, row, removed) : E_INVALIDARG;
         if (hr == S_OK) fire(qvrEventObjectRemoved, row, Variant());
         return hr;
     });
@@ -69,7 +63,7 @@ HRESULT CQVRTableUniqueColumn::moveRows(const Variant& from, const Variant& to) 
         if (hr != S_OK) return hr;
         if (!initialized()) {
             // Told, and yet no failure: the call answers as it stood.
-            report(116, 0);
+            report(msgObjectNotInitialized, 0);
             return hr;
         }
         return index_moves::moveAll(
@@ -79,39 +73,39 @@ HRESULT CQVRTableUniqueColumn::moveRows(const Variant& from, const Variant& to) 
 
 HRESULT CQVRTableUniqueColumn::moveRow(std::int32_t from, std::int32_t to) {
     const Ref<IQVRCatalogObject> table = catalogRef();
-    CXMLDOMTool tool(element());
+    ChildTool tool(element());
     Ref<IXMLDOMElement> rowNode;
     // A place below 1 names no row (and stays clear of overflowing the index).
-    HRESULT hr = from < 1 ? S_FALSE : tool.findRowByIndex(from - 1, &rowNode);
+    HRESULT hr = from < 1 ? S_FALSE : RowTool(element()).findRowByIndex(from - 1, &rowNode);
     if (hr != S_OK) return hr; // no such row: nothing moves
     const Variant place(index_moves::insertionPlace(from, to));
 
     // The row itself, within the register.
     Ref<IQVRCatalogObject> row, placed;
-    if ((hr = wrap(rowNode, table, self(), &row)) != S_OK) return hr;
+    if ((hr = createObjectOf(rowNode, table, self(), &row)) != S_OK) return hr;
     if ((hr = tool.removeChildObject(table, row, nullptr)) != S_OK) return hr;
     fire(qvrEventObjectRemoved, row, Variant());
-    hr = tool.insertChildObjectDirect(table, self(), row, place, &placed, "id", "RowUnique");
+    hr = tool.insertChildObject(table, self(), row, place, &placed, "id", "RowUnique");
     if (hr != S_OK) return hr;
     fire(qvrEventObjectInserted, row, place);
 
     // Its cells, each at the same place among the cells of its column.
     std::int32_t count = 0;
     Ref<IXMLDOMNodeList> cells;
-    if (FAILED(hr = CXMLDOMTool(rowNode).selectIdRefs(&count, &cells))) return hr;
+    if (FAILED(hr = RowTool(rowNode).selectIdRefs(&count, &cells))) return hr;
     for (std::int32_t i = 0; i < count && hr == S_OK; ++i) {
         Ref<IXMLDOMNode> cellNode, columnNode;
         Ref<IQVRCatalogObject> column, cell, moved;
         if (FAILED(hr = cells->get_item(i, &cellNode)) || !cellNode)
             return FAILED(hr) ? hr : E_FAIL;
         if ((hr = cellNode->get_parentNode(&columnNode)) != S_OK) return FAILED(hr) ? hr : E_FAIL;
-        if ((hr = wrap(columnNode, table, table, &column)) != S_OK) return hr;
-        if ((hr = wrap(cellNode, table, column, &cell)) != S_OK) return hr;
-        CXMLDOMTool columnTool(columnNode);
+        if ((hr = createObjectOf(columnNode, table, table, &column)) != S_OK) return hr;
+        if ((hr = createObjectOf(cellNode, table, column, &cell)) != S_OK) return hr;
+        ChildTool columnTool(columnNode);
         if ((hr = columnTool.removeChildObject(table, cell, nullptr)) != S_OK) return hr;
         fireObjectEventTable(qvrEventObjectRemoved, cell, cell, Variant());
-        hr = columnTool.insertChildObjectDirect(table, column, cell, place, &moved, "idref",
-                                                "Row|Drawing");
+        hr = columnTool.insertChildObject(table, column, cell, place, &moved, "idref",
+                                          "Row|Drawing");
         if (hr == S_OK) fireObjectEventTable(qvrEventObjectInserted, column, cell, place);
     }
     return hr;

@@ -25,7 +25,7 @@ public:
     HRESULT moveRows(const Variant& from, const Variant& to) override;
 
     // A row that enters gets a new id first (the one it may have had is lost).
-    HRESULT insertChild(CXMLDOMTool& tool, IQVRCatalogObject* child, const Variant& position,
+    HRESULT insertChild(ChildTool& tool, IQVRCatalogObject* child, const Variant& position,
                         Ref<IQVRCatalogObject>* inserted, const ContainerRow& row) override;
 
 private:

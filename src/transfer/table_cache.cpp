@@ -88,7 +88,7 @@ HRESULT CQVRCatalogObjectTableCache::get_item(const Variant& indexOrKey,
             changeType(&converted, indexOrKey, LOCALE_USER_DEFAULT, 0, VT_I4) == S_OK) {
             const std::int32_t index = converted.i4();
             if (index < 1 || static_cast<std::size_t>(index) > entries_.size())
-                return report(index > 0 ? 138 : 111, E_INVALIDARG);
+                return report(index > 0 ? msgIndexOutOfRange : msgIndexZero, E_INVALIDARG);
             return getItem(index, table);
         }
         // Whatever is no index is read as a key.

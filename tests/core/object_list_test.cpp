@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "common/catalog_fixture.h"
-#include "transfer/object_vector.h"
+#include "core/object_vector.h"
 
 namespace qvr::testing {
 namespace {

@@ -1,9 +1,11 @@
-// The DOM tool's own roads: single children, key checks, positions and the factory.
+// The DOM tools' own roads: single children, key checks, positions and the factory.
 #include <gtest/gtest.h>
 
 #include "common/catalog_fixture.h"
+#include "core/child_tool.h"
+#include "core/object_factory.h"
 #include "core/object_frame.h"
-#include "core/xml_dom_tool.h"
+#include "core/singleton_tool.h"
 
 namespace qvr::testing {
 namespace {
@@ -14,8 +16,8 @@ Ref<IXMLDOMElement> elementOf(IQVRCatalogObject* object) {
     return element;
 }
 
-std::uint32_t catalogCookieOf(IQVRCatalogObject* object) {
-    return dynamic_cast<ObjectFrame&>(*object).catalogCookie();
+Ref<IQVRCatalogObject> catalogOf(IQVRCatalogObject* object) {
+    return dynamic_cast<ObjectFrame&>(*object).catalogRef();
 }
 
 TEST(DomTool, SingleChildrenAreReplacedAndPlaced) {
@@ -25,28 +27,28 @@ TEST(DomTool, SingleChildrenAreReplacedAndPlaced) {
     Ref<IQVRCatalogPart> young = newPart(catalog, "New");
     Ref<IQVRCatalogChapter> first = newChapter(catalog, "First");
     ASSERT_EQ(box->appendChild(old, nullptr), S_OK);
-    CXMLDOMTool tool(elementOf(box));
-    const std::uint32_t cookie = catalogCookieOf(box);
+    SingletonTool tool(elementOf(box));
+    const Ref<IQVRCatalogObject> inCatalog = catalogOf(box);
 
     // The newcomer takes the old child's place and parent link; the old one leaves without.
     Ref<IQVRCatalogObject> gone;
-    ASSERT_EQ(tool.replaceSingleton(cookie, box, "Part", young, &gone), S_OK);
+    ASSERT_EQ(tool.replaceSingleton(inCatalog, box, "Part", young, &gone), S_OK);
     EXPECT_EQ(nameOf(gone), "Old");
     Ref<IQVRCatalogObject> parent;
     EXPECT_EQ(gone->get_parentNode(&parent), S_FALSE);
     ASSERT_EQ(young->get_parentNode(&parent), S_OK);
     EXPECT_EQ(keyOf(parent), keyOf(box));
-    EXPECT_EQ(tool.replaceSingleton(cookie, box, "Link", old, &gone), S_FALSE);
+    EXPECT_EQ(tool.replaceSingleton(inCatalog, box, "Link", old, &gone), S_FALSE);
     EXPECT_EQ(childTags(box), "Desc Part");
-    EXPECT_EQ(tool.replaceSingleton(cookie, box, "Part", old, nullptr), E_POINTER);
-    EXPECT_EQ(tool.replaceSingleton(0, box, "Part", old, &gone), E_INVALIDARG);
+    EXPECT_EQ(tool.replaceSingleton(inCatalog, box, "Part", old, nullptr), E_POINTER);
+    EXPECT_EQ(tool.replaceSingleton(nullptr, box, "Part", old, &gone), E_INVALIDARG);
 
     Ref<IQVRCatalogObject> placed;
-    ASSERT_EQ(tool.insertSingletonFirst(cookie, box, first, &placed), S_OK);
-    ASSERT_EQ(tool.insertSingletonAfter(cookie, box, "Desc", old, &placed), S_OK);
+    ASSERT_EQ(tool.insertSingletonFirst(inCatalog, box, first, &placed), S_OK);
+    ASSERT_EQ(tool.insertSingletonAfter(inCatalog, box, "Desc", old, &placed), S_OK);
     EXPECT_EQ(childTags(box), "Chapter Desc Part Part");
     EXPECT_EQ(placed.get(), static_cast<IQVRCatalogObject*>(old.get()));
-    EXPECT_EQ(CXMLDOMTool().insertSingletonFirst(cookie, box, first, &placed), E_FAIL);
+    EXPECT_EQ(SingletonTool().insertSingletonFirst(inCatalog, box, first, &placed), E_FAIL);
 }
 
 TEST(DomTool, KeyChecksAndPositions) {
@@ -56,7 +58,7 @@ TEST(DomTool, KeyChecksAndPositions) {
     Ref<IQVRCatalogChapter> b = newChapter(catalog, "B");
     ASSERT_EQ(box->appendChild(a, nullptr), S_OK);
     ASSERT_EQ(box->appendChild(b, nullptr), S_OK);
-    CXMLDOMTool tool(elementOf(box));
+    ChildTool tool(elementOf(box));
 
     // A wanted value equal to the present one is no change, even where a sibling shares it.
     const String keyOfA(keyOf(a));
@@ -64,7 +66,7 @@ TEST(DomTool, KeyChecksAndPositions) {
     EXPECT_EQ(tool.checkUniqueAttribute(elementOf(b), "id", keyOfA), QVR_E_DUPLICATE);
     EXPECT_EQ(tool.checkUniqueAttribute(elementOf(b), "id", String()), QVR_E_DUPLICATE);
     EXPECT_EQ(tool.checkUniqueAttribute(elementOf(b), "NA", String()), S_OK);
-    EXPECT_EQ(CXMLDOMTool().checkUniqueAttribute(elementOf(b), "id", keyOfA), S_OK);
+    EXPECT_EQ(ChildTool().checkUniqueAttribute(elementOf(b), "id", keyOfA), S_OK);
 
     Ref<IXMLDOMNode> reference;
     ASSERT_EQ(
@@ -104,7 +106,7 @@ TEST(DomTool, TheFactoryChoosesTheClassByTheExactTag) {
     QVRObjectType type;
 
     ASSERT_EQ(root->selectSingleNode("Part", &node), S_OK);
-    ASSERT_EQ(CXMLDOMTool(node).createObject(catalog, nullptr, &object), S_OK);
+    ASSERT_EQ(createObjectOf(node, catalog, nullptr, &object), S_OK);
     ASSERT_EQ(object->get_objectType(&type), S_OK);
     EXPECT_EQ(type, qvrPart);
     Ref<IQVRCatalogObject> parent;
@@ -112,17 +114,17 @@ TEST(DomTool, TheFactoryChoosesTheClassByTheExactTag) {
 
     // The case counts; a class not built yet is refused like a foreign tag.
     ASSERT_EQ(root->selectSingleNode("chapter", &node), S_OK);
-    EXPECT_EQ(CXMLDOMTool(node).createObject(catalog, nullptr, &object), E_FAIL);
+    EXPECT_EQ(createObjectOf(node, catalog, nullptr, &object), E_FAIL);
     EXPECT_FALSE(object);
     ASSERT_EQ(root->selectSingleNode("ColumnConstView", &node), S_OK);
-    EXPECT_EQ(CXMLDOMTool(node).createObject(catalog, catalog, &object), E_FAIL);
+    EXPECT_EQ(createObjectOf(node, catalog, catalog, &object), E_FAIL);
 
-    // An empty tool fails before the out pointer is looked at; a node without a tag fails at
-    // the tag.
-    EXPECT_EQ(CXMLDOMTool().createObject(catalog, nullptr, nullptr), E_FAIL);
-    EXPECT_EQ(CXMLDOMTool(node).createObject(catalog, nullptr, nullptr), E_POINTER);
+    // A null node fails before the out pointer is looked at; a node without a tag fails at the
+    // tag.
+    EXPECT_EQ(createObjectOf(nullptr, catalog, nullptr, nullptr), E_FAIL);
+    EXPECT_EQ(createObjectOf(node, catalog, nullptr, nullptr), E_POINTER);
     ASSERT_EQ(root->get_lastChild(&node), S_OK);
-    EXPECT_TRUE(FAILED(CXMLDOMTool(node).createObject(catalog, nullptr, &object)));
+    EXPECT_TRUE(FAILED(createObjectOf(node, catalog, nullptr, &object)));
 
     EXPECT_EQ(CXMLDOMTool().parseErrorText(), "");
 }

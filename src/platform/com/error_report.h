@@ -10,6 +10,8 @@
 #include <qvr/error_info.h>
 #include <qvr/string.h>
 
+#include "platform/com/messages.h"
+
 namespace qvr {
 
 // Where a report comes from: the stable identifier of the class and the interface called.

@@ -1,8 +1,8 @@
-#include "transfer/object_vector.h"
+#include "core/object_vector.h"
 
 #include "core/event_root.h"
+#include "core/vector_enumerator.h"
 #include "platform/com/failure.h"
-#include "transfer/vector_enumerator.h"
 
 namespace qvr {
 namespace {
@@ -70,8 +70,9 @@ HRESULT CQVRCatalogObjectVector::insertIntoVector(IQVRCatalogObject* object,
     case VT_I2:
     case VT_I4: {
         const std::int32_t index = position.vt() == VT_I2 ? position.i2() : position.i4();
-        if (index < 1) return report(111, E_INVALIDARG);
-        if (static_cast<std::size_t>(index) > items_.size()) return report(138, E_INVALIDARG);
+        if (index < 1) return report(msgIndexZero, E_INVALIDARG);
+        if (static_cast<std::size_t>(index) > items_.size())
+            return report(msgIndexOutOfRange, E_INVALIDARG);
         before = index - 1;
         break;
     }
@@ -85,7 +86,7 @@ HRESULT CQVRCatalogObjectVector::insertIntoVector(IQVRCatalogObject* object,
     }
     default: return E_UNEXPECTED;
     }
-    if (before < 0) return report(135, E_INVALIDARG);
+    if (before < 0) return report(msgIdNotFound, E_INVALIDARG);
     items_.insert(items_.begin() + before, Ref<IQVRCatalogObject>(object));
     return S_OK;
 }
@@ -109,7 +110,7 @@ HRESULT CQVRCatalogObjectVector::get_item(const Variant& indexOrKey,
                 *object = items_[index - 1];
                 return S_OK;
             }
-            return report(index > 0 ? 138 : 111, E_INVALIDARG);
+            return report(index > 0 ? msgIndexOutOfRange : msgIndexZero, E_INVALIDARG);
         }
         String key;
         HRESULT hr = readKey(indexOrKey, &key);
@@ -117,7 +118,7 @@ HRESULT CQVRCatalogObjectVector::get_item(const Variant& indexOrKey,
         const std::ptrdiff_t found = findByKey(key);
         if (found < 0) {
             // The report says E_INVALIDARG, the call answers a mere miss.
-            report(135, E_INVALIDARG);
+            report(msgIdNotFound, E_INVALIDARG);
             return S_FALSE;
         }
         *object = items_[found];
@@ -164,8 +165,9 @@ HRESULT CQVRCatalogObjectVector::removeChild(const Variant& indexOrKey, VARIANT_
         std::int32_t index = 0;
         std::ptrdiff_t found = -1;
         if (readIndex(indexOrKey, &index)) {
-            if (index < 1) return report(111, E_INVALIDARG);
-            if (static_cast<std::size_t>(index) > items_.size()) return report(138, E_INVALIDARG);
+            if (index < 1) return report(msgIndexZero, E_INVALIDARG);
+            if (static_cast<std::size_t>(index) > items_.size())
+                return report(msgIndexOutOfRange, E_INVALIDARG);
             // By index, a list without owner refuses; by key it removes (below).
             if (!owner_) return S_FALSE;
             found = index - 1;
@@ -174,7 +176,7 @@ HRESULT CQVRCatalogObjectVector::removeChild(const Variant& indexOrKey, VARIANT_
             HRESULT hr = readKey(indexOrKey, &key);
             if (hr != S_OK) return hr;
             found = findByKey(key);
-            if (found < 0) return report(135, S_FALSE);
+            if (found < 0) return report(msgIdNotFound, S_FALSE);
         }
         Ref<IQVRCatalogObject> item = items_[found];
         if (owner_) {

@@ -7,7 +7,7 @@
 #include <qvr/object_list.h>
 
 #include "platform/com/object_base.h"
-#include "transfer/object_vector.h"
+#include "core/object_vector.h"
 
 namespace qvr {
 

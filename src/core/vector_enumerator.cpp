@@ -1,4 +1,4 @@
-#include "transfer/vector_enumerator.h"
+#include "core/vector_enumerator.h"
 
 #include "platform/com/failure.h"
 

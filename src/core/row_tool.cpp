@@ -1,19 +1,16 @@
-// The row operations of the DOM tool. A table keeps its rows in a register, the `RowUnique`
-// children of `ColumnUnique`; a row's values lie in the columns, one cell per column, each naming
-// its row by the row's `id` in `idref`. These operations turn a cell's key into that link, make
-// and drop rows as cells come and go, and find rows by key, id and place.
-//
 // Every lookup is one of the selection shapes the DOM layer answers from its per-document
 // indexes (exactly these texts, by plain concatenation), so that adding, reading and removing a
 // cell costs the same in a table of any size.
+#include "core/row_tool.h"
+
 #include <string>
 
 #include <qvr/table.h>
 
 #include "core/event_firing.h"
 #include "core/ids.h"
+#include "core/object_factory.h"
 #include "core/value_selection.h"
-#include "core/xml_dom_tool.h"
 
 namespace qvr {
 namespace {
@@ -43,11 +40,11 @@ HRESULT putIdref(IQVRCatalogObject* cell, const String& id) {
 
 } // namespace
 
-HRESULT CXMLDOMTool::findRowByValue(const String& key, Ref<IXMLDOMElement>* row) {
+HRESULT RowTool::findRowByValue(const String& key, Ref<IXMLDOMElement>* row) {
     return selectElement(ownerDocument_, "/vCATTable/ColumnUnique/RowUnique[. = '", key, "']", row);
 }
 
-HRESULT CXMLDOMTool::findRowById(const String& id, Ref<IXMLDOMElement>* row) {
+HRESULT RowTool::findRowById(const String& id, Ref<IXMLDOMElement>* row) {
     Ref<IXMLDOMElement> uniqueColumn;
     HRESULT hr = selectUniqueColumn(ownerDocument_, &uniqueColumn);
     if (hr != S_OK) {
@@ -57,13 +54,13 @@ HRESULT CXMLDOMTool::findRowById(const String& id, Ref<IXMLDOMElement>* row) {
     return selectElement(uniqueColumn, "RowUnique[@id='", id, "']", row);
 }
 
-HRESULT CXMLDOMTool::findRowByIndex(std::int32_t index, Ref<IXMLDOMElement>* row) {
+HRESULT RowTool::findRowByIndex(std::int32_t index, Ref<IXMLDOMElement>* row) {
     // One more than the index: the selection counts its positions from 1.
     const String position(std::to_string(static_cast<std::int64_t>(index) + 1));
     return selectElement(ownerDocument_, "/vCATTable/ColumnUnique/RowUnique[", position, "]", row);
 }
 
-HRESULT CXMLDOMTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cells) {
+HRESULT RowTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cells) {
     if (!count || !cells) return E_POINTER;
     *count = 0;
     *cells = nullptr;
@@ -77,7 +74,7 @@ HRESULT CXMLDOMTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cel
     return (*cells)->get_length(count);
 }
 
-HRESULT CXMLDOMTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* cell) {
+HRESULT RowTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* cell) {
     if (!cell) return E_POINTER;
     if (!node_ || !ownerDocument_) return E_FAIL;
     String key;
@@ -116,19 +113,19 @@ HRESULT CXMLDOMTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* 
     if (FAILED(hr = putIdref(cell, id))) return hr;
     if (FAILED(hr = newRow->put_text(key))) return hr;
     if (FAILED(hr = uniqueColumn->insertBefore(newRow, followingRow, nullptr))) return hr;
-    CXMLDOMTool(newRow).fireRowEvent(table, followingRow ? Variant(followingRow) : Variant(),
-                                     qvrEventObjectInserted);
+    RowTool(newRow).fireRowEvent(table, followingRow ? Variant(followingRow) : Variant(),
+                                 qvrEventObjectInserted);
     return S_OK;
 }
 
-HRESULT CXMLDOMTool::removeRowForCell(IQVRCatalogObject* cell) {
+HRESULT RowTool::removeRowForCell(IQVRCatalogObject* cell) {
     if (!cell) return E_POINTER;
     String key;
     HRESULT hr = cell->get_key(&key);
     if (FAILED(hr)) return hr;
     Ref<IXMLDOMElement> row;
     if ((hr = findRowByValue(key, &row)) != S_OK) return hr;
-    CXMLDOMTool rowTool(row);
+    RowTool rowTool(row);
     std::int32_t count = 0;
     Ref<IXMLDOMNodeList> cells;
     if (FAILED(hr = rowTool.selectIdRefs(&count, &cells))) return hr;
@@ -143,22 +140,21 @@ HRESULT CXMLDOMTool::removeRowForCell(IQVRCatalogObject* cell) {
     return S_OK;
 }
 
-HRESULT CXMLDOMTool::fireRowEvent(IQVRCatalogObject* table, const Variant& position,
-                                  std::int32_t event) {
+HRESULT RowTool::fireRowEvent(IQVRCatalogObject* table, const Variant& position,
+                              std::int32_t event) {
     Ref<IQVRCatalogTable> root = query<IQVRCatalogTable>(table);
     if (!root) return E_NOINTERFACE;
     Ref<IQVRTableUniqueColumn> uniqueColumn;
     HRESULT hr = root->get_uniqueColumn(&uniqueColumn);
     if (hr != S_OK) return FAILED(hr) ? hr : E_FAIL;
     Ref<IQVRCatalogObject> row;
-    if ((hr = createObject(table, uniqueColumn, &row)) != S_OK) return hr;
+    if ((hr = createObjectOf(node_, table, uniqueColumn, &row)) != S_OK) return hr;
     // A reference row travels as its wrapper, like every position that names an object.
     Variant where = position;
     if (Ref<IXMLDOMNode> node = query<IXMLDOMNode>(position.object());
         position.isObject() && node) {
         Ref<IQVRCatalogObject> reference;
-        if ((hr = CXMLDOMTool(node).createObject(table, uniqueColumn, &reference)) != S_OK)
-            return hr;
+        if ((hr = createObjectOf(node, table, uniqueColumn, &reference)) != S_OK) return hr;
         where = Variant(reference);
     }
     fireObjectEventTable(event, uniqueColumn, row, where);

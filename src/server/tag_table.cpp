@@ -1,0 +1,88 @@
+// The factory's tag table: the one place that knows every class of the model. It stands above
+// the classes so that the frame below them names none; the frame reaches it through
+// creatorOfTag. A new class is one row here, its creator in place of the null.
+#include "content/chapter.h"
+#include "content/part.h"
+#include "core/object_factory.h"
+#include "core/object_types.h"
+#include "formulas/calculated_column.h"
+#include "tables/const_column.h"
+#include "tables/info_cell.h"
+#include "tables/recipe.h"
+#include "tables/table_cell.h"
+#include "tables/table_column.h"
+#include "tables/unique_column.h"
+
+namespace qvr {
+namespace {
+
+struct TagRow {
+    const char* tag;
+    QVRObjectType type;
+    Creator create; // null until the class is built: the tag is then refused like a foreign one
+};
+
+// Tested in this order; the first equal tag chooses the class.
+constexpr TagRow tagTable[] = {
+    {"Chapter", qvrChapter, &createWrapper<CQVRCatalogChapter>},
+    {"Image", qvrImage, nullptr},
+    {"URL", qvrURL, nullptr},
+    {"Link", qvrLink, nullptr},
+    {"Class", qvrClass, nullptr},
+    {"Classifications", qvrClassifications, nullptr},
+    {"OrderInfo", qvrOrderInfo, nullptr},
+    {"Availability", qvrAvailability, nullptr},
+    {"CountryCode", qvrCountryCode, nullptr},
+    {"Document", qvrDocument, nullptr},
+    {"Documents", qvrDocuments, nullptr},
+    {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
+    {"Images", qvrImages, nullptr},
+    {"XRefFiles", qvrReferencedFiles, nullptr},
+    {"ColumnView", qvrView, nullptr},
+    {"Drawing", qvrDrawing, nullptr},
+    {"Row", qvrCell, &createWrapper<CQVRTableCell>},
+    {"Column", qvrTableColumn, &createWrapper<CQVRTableColumn>},
+    {"ColumnConstView", qvrConstView, nullptr},
+    {"ColumnConst", qvrConstColumn, &createWrapper<CQVRTableConstColumn>},
+    {"ColumnCalc", qvrCalculatedColumn, &createWrapper<CQVRTableCalculatedColumn>},
+    {"OrderTarget", qvrOrderTarget, nullptr},
+    {"OrderMethod", qvrOrderMethod, nullptr},
+    {"OrderMethods", qvrOrderMethods, nullptr},
+    {"TelephoneNumber", qvrTelephoneNumber, nullptr},
+    {"Phone", qvrPhone, nullptr},
+    {"Fax", qvrFax, nullptr},
+    {"Email", qvrEmail, nullptr},
+    {"Street", qvrStreet, nullptr},
+    {"PostalAddress", qvrPostalAddress, nullptr},
+    {"Address", qvrAddress, nullptr},
+    {"SupplierLocation", qvrSupplierLocation, nullptr},
+    {"SupplierID", qvrSupplierID, nullptr},
+    {"SupplierIDs", qvrSupplierIDs, nullptr},
+    {"ECommerceCenterID", qvrECommerceCenterID, nullptr},
+    {"ECommerceCenterIDs", qvrECommerceCenterIDs, nullptr},
+    {"Supplier", qvrSupplier, nullptr},
+    {"ColumnUnique", qvrUniqueColumn, &createWrapper<CQVRTableUniqueColumn>},
+    {"RowUnique", qvrInfoCell, &createWrapper<CQVRTableInfoCell>},
+    {"Extrinsics", qvrExtrinsics, nullptr},
+    {"Extrinsic", qvrExtrinsic, nullptr},
+    {"Recipe", qvrRecipe, &createWrapper<CQVRTableRecipe>},
+    {"ColumnRef", qvrRefColumn, nullptr},
+    {"RowRef", qvrRefCell, nullptr},
+};
+
+constexpr bool tagsMatchTypes() {
+    for (const TagRow& row : tagTable)
+        if (std::string_view(row.tag) != objectTypeRow(row.type).tag) return false;
+    return std::size(tagTable) == 44;
+}
+static_assert(tagsMatchTypes(), "every tag names the class of its object type, all 44 of them");
+
+} // namespace
+
+Creator creatorOfTag(std::string_view tag) {
+    for (const TagRow& row : tagTable)
+        if (tag == row.tag) return row.create;
+    return nullptr;
+}
+
+} // namespace qvr
