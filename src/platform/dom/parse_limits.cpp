@@ -39,7 +39,7 @@ void ParseLimits::refuse(xmlParserCtxtPtr context, std::string message) {
 std::string ParseLimits::expansionMessage() const {
     return "Entities expand to more than " + std::to_string(kExpansionFactor) +
            " times the size of the document (" + std::to_string(inputSize_) +
-           " bytes) and 1 MiB: the document is refused";
+           " bytes) plus 1 MiB: the document is refused";
 }
 
 xmlEntityPtr ParseLimits::getEntity(void* context, const xmlChar* name) {
