@@ -1,7 +1,7 @@
 # The two commands of the project: `make demo` and `make test`. Both install the Debian packages
 # the build needs (when missing), configure, build, and run.
 
-PACKAGES := g++ cmake ninja-build pkg-config libxml2-dev libicu-dev libgtest-dev libbenchmark-dev
+PACKAGES := g++ cmake ninja-build pkg-config libxml2-dev libicu-dev libgtest-dev libbenchmark-dev python3
 JOBS ?= $(shell nproc)
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
@@ -18,7 +18,7 @@ deps:
 
 demo: deps
 	cmake --preset debug
-	cmake --build --preset debug -j $(JOBS) --target qvr-demo
+	cmake --build --preset debug -j $(JOBS) --target qvr-tools
 	./build/debug/tools/qvr-demo
 
 test: deps

@@ -16,8 +16,11 @@
 
 #include <cstdint>
 
+#include <qvr/classification.h>
+#include <qvr/contact.h>
 #include <qvr/content.h>
 #include <qvr/events.h>
+#include <qvr/media.h>
 #include <qvr/object.h>
 #include <qvr/object_list.h>
 #include <qvr/stream.h>
@@ -25,7 +28,7 @@
 
 namespace qvr {
 
-class IQVRCatalog : public IQVRCatalogObject {
+class QVR_API IQVRCatalog : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalog)
 
@@ -42,6 +45,16 @@ public:
     virtual HRESULT put_desc(const String& desc) = 0;
     // The whole document as text.
     virtual HRESULT get_xml(String* xml) = 0;
+    // The groups of the root. Each stands at most once, at its place in the order Desc, Images,
+    // Link, Documents, (ActiveXs), Extrinsics, OrderInfo, Supplier, ahead of the chapters. A
+    // putref_* sets the group (any object is placed, whatever its kind), replaces the one there,
+    // or with null removes it; the change is told also when nothing was there to remove.
+    virtual HRESULT get_images(Ref<IQVRCatalogImages>* images) = 0;
+    virtual HRESULT putref_images(IQVRCatalogObject* images) = 0;
+    virtual HRESULT get_link(Ref<IQVRCatalogLink>* link) = 0;
+    virtual HRESULT putref_link(IQVRCatalogObject* link) = 0;
+    virtual HRESULT get_documents(Ref<IQVRCatalogDocuments>* documents) = 0;
+    virtual HRESULT putref_documents(IQVRCatalogObject* documents) = 0;
     // The table cache (qvr/table_cache.h): the open tables of the catalog's parts. It lives as
     // long as the catalog and needs no document.
     virtual HRESULT get_tables(Ref<IQVRCatalogObjectList>* tables) = 0;
@@ -50,6 +63,9 @@ public:
     // A path is stored in its URL form. A value that already is a URL is stored as it is and
     // the call still answers E_FAIL: read that answer as "stored unchanged", not as a refusal.
     virtual HRESULT put_baseUrl(const String& baseUrl) = 0;
+    // Without Extrinsics: S_FALSE, and `extrinsics` is left as it was.
+    virtual HRESULT get_extrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) = 0;
+    virtual HRESULT putref_extrinsics(IQVRCatalogObject* extrinsics) = 0;
     virtual HRESULT getHostStream(Ref<IStream>* stream) = 0;
     // Stores an opaque reference for the host application; it is not counted.
     virtual HRESULT putref_host(IUnknown* host) = 0;
@@ -67,9 +83,51 @@ public:
     // A new document with the given name and language; `baseUrl` as put_baseUrl takes it.
     virtual HRESULT create(const String& baseUrl, const String& name, const String& language,
                            VARIANT_BOOL* done) = 0;
-    // New elements, standing in no tree until a parent inserts them.
+    // New elements, standing in no tree until a parent inserts them. A required text that is
+    // null gives E_INVALIDARG; the objects handed in are moved into the new element (a null one
+    // fails where the element needs it: a container is never made empty). A failing step of
+    // the new object's own setters ends it with that step's status and message.
     virtual HRESULT createChapter(const String& name, Ref<IQVRCatalogChapter>* chapter) = 0;
+    virtual HRESULT createImage(IQVRCatalogObject* url, Ref<IQVRCatalogImage>* image) = 0;
+    virtual HRESULT createImages(IQVRCatalogObject* image, Ref<IQVRCatalogImages>* images) = 0;
+    // An `xlink:type` of "simple"; an empty language sets none.
+    virtual HRESULT createURL(const String& href, const String& title, const String& language,
+                              Ref<IQVRCatalogURL>* url) = 0;
+    virtual HRESULT createLink(IQVRCatalogObject* url, Ref<IQVRCatalogLink>* link) = 0;
+    virtual HRESULT createDocument(IQVRCatalogObject* url, const String& name,
+                                   Ref<IQVRCatalogDocument>* document) = 0;
+    virtual HRESULT createDocuments(IQVRCatalogObject* document, const String& name,
+                                    Ref<IQVRCatalogDocuments>* documents) = 0;
     virtual HRESULT createPart(const String& name, Ref<IQVRCatalogPart>* part) = 0;
+    virtual HRESULT createClass(const String& domain, const String& value,
+                                Ref<IQVRCatalogClass>* classObject) = 0;
+    virtual HRESULT createClassifications(IQVRCatalogObject* classObject,
+                                          Ref<IQVRCatalogClassifications>* classifications) = 0;
+    // `country` is the calling code's text and may be null; the others are required.
+    virtual HRESULT createTelephoneNumber(const String& country, const String& isoCountryCode,
+                                          const String& areaOrCityCode, const String& number,
+                                          const String& extension,
+                                          Ref<IQVRCatalogTelephoneNumber>* telephoneNumber) = 0;
+    virtual HRESULT createPhone(const String& name, IQVRCatalogObject* telephoneNumber,
+                                Ref<IQVRCatalogPhone>* phone) = 0;
+    virtual HRESULT createFax(const String& name, IQVRCatalogObject* telephoneNumber,
+                              Ref<IQVRCatalogFax>* fax) = 0;
+    virtual HRESULT createEmail(const String& name, const String& address,
+                                Ref<IQVRCatalogEmail>* email) = 0;
+    virtual HRESULT createStreet(const String& text, Ref<IQVRCatalogStreet>* street) = 0;
+    // `id` is the caller's; nothing checks or makes it unique.
+    virtual HRESULT createPostalAddress(const String& id, const String& city, const String& country,
+                                        const String& isoCountryCode, IQVRCatalogObject* street,
+                                        const String& state, const String& postalCode,
+                                        Ref<IQVRCatalogPostalAddress>* postalAddress) = 0;
+    // The four objects may each be null: that child is left out.
+    virtual HRESULT createAddress(const String& name, const String& isoCountryCode,
+                                  IQVRCatalogObject* postalAddress, IQVRCatalogObject* email,
+                                  IQVRCatalogObject* phone, IQVRCatalogObject* fax,
+                                  Ref<IQVRCatalogAddress>* address) = 0;
+    // An empty Extrinsics: it is the one group that may be.
+    virtual HRESULT createExtrinsics(Ref<IQVRCatalogExtrinsics>* extrinsics) = 0;
+    virtual HRESULT createExtrinsic(const String& name, Ref<IQVRCatalogExtrinsic>* extrinsic) = 0;
     // Delivers an event to this catalog's sinks. 30001 to 30004 call the sink method of that
     // number; any other number arrives as onObjectInserted.
     virtual HRESULT fireEvent(std::int32_t event, IQVRCatalogObject* subject,
@@ -82,6 +140,6 @@ public:
 };
 
 // A new catalog, not initialized yet.
-HRESULT CreateCatalog(Ref<IQVRCatalog>* catalog);
+QVR_API HRESULT CreateCatalog(Ref<IQVRCatalog>* catalog);
 
 } // namespace qvr

@@ -10,6 +10,8 @@
 #include <typeinfo>
 #include <utility>
 
+#include <qvr/api.h>
+
 namespace qvr {
 
 using HRESULT = std::int32_t;
@@ -108,7 +110,7 @@ struct IID {
 #define QVR_INTERFACE_ID(Name) static constexpr ::qvr::IID iid{#Name};
 
 // The root of every interface: a plain (single-threaded) reference count.
-class IUnknown {
+class QVR_API IUnknown {
 public:
     QVR_INTERFACE_ID(IUnknown)
     virtual std::uint32_t AddRef() = 0;
@@ -225,15 +227,15 @@ Ref<I> query(const Ref<T>& p) {
 }
 
 // Classes tell which of their interfaces report failures through the thread's error record.
-class ISupportErrorInfo : public IUnknown {
+class QVR_API ISupportErrorInfo : public IUnknown {
 public:
     QVR_INTERFACE_ID(ISupportErrorInfo)
     virtual HRESULT InterfaceSupportsErrorInfo(const IID& iid) = 0;
 };
 
 // `S_OK` when no object of the library is alive and no lock is held, else `S_FALSE`.
-HRESULT CanUnloadNow();
+QVR_API HRESULT CanUnloadNow();
 // Holds (true) or releases (false) the library as if an object were alive.
-HRESULT LockServer(bool lock);
+QVR_API HRESULT LockServer(bool lock);
 
 } // namespace qvr

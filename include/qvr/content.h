@@ -17,7 +17,7 @@
 
 namespace qvr {
 
-class IQVRCatalogChapter : public IQVRCatalogObject {
+class QVR_API IQVRCatalogChapter : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogChapter)
 
@@ -39,7 +39,7 @@ public:
     virtual HRESULT putref_extrinsics(IQVRCatalogObject* extrinsics) = 0;
 };
 
-class IQVRCatalogPart : public IQVRCatalogObject {
+class QVR_API IQVRCatalogPart : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogPart)
 

@@ -34,7 +34,7 @@ class IXMLDOMParseError;
 // A node of a document. A node stands in no tree until inserted (createElement), keeps living
 // after removal while any reference to it or into its subtree exists, and can move between
 // documents. Out values are cleared first; a null out pointer gives E_POINTER.
-class IXMLDOMNode : public IUnknown {
+class QVR_API IXMLDOMNode : public IUnknown {
 public:
     QVR_INTERFACE_ID(IXMLDOMNode)
 
@@ -79,7 +79,7 @@ public:
     virtual HRESULT selectNodes(const String& xpath, Ref<IXMLDOMNodeList>* nodes) = 0;
 };
 
-class IXMLDOMElement : public IXMLDOMNode {
+class QVR_API IXMLDOMElement : public IXMLDOMNode {
 public:
     QVR_INTERFACE_ID(IXMLDOMElement)
 
@@ -93,7 +93,7 @@ public:
     virtual HRESULT removeAttribute(const String& name) = 0;
 };
 
-class IXMLDOMNodeList : public IUnknown {
+class QVR_API IXMLDOMNodeList : public IUnknown {
 public:
     QVR_INTERFACE_ID(IXMLDOMNodeList)
     virtual HRESULT get_length(std::int32_t* length) = 0;
@@ -102,7 +102,7 @@ public:
 };
 
 // What went wrong in the last load: all zero and empty after a load that worked.
-class IXMLDOMParseError : public IUnknown {
+class QVR_API IXMLDOMParseError : public IUnknown {
 public:
     QVR_INTERFACE_ID(IXMLDOMParseError)
     virtual HRESULT get_errorCode(std::int32_t* code) = 0;
@@ -114,7 +114,7 @@ public:
     virtual HRESULT get_filepos(std::int32_t* position) = 0;
 };
 
-class IXMLDOMDocument : public IXMLDOMNode {
+class QVR_API IXMLDOMDocument : public IXMLDOMNode {
 public:
     QVR_INTERFACE_ID(IXMLDOMDocument)
 
@@ -144,6 +144,6 @@ public:
 };
 
 // A new, empty document.
-HRESULT CreateDOMDocument(Ref<IXMLDOMDocument>* document);
+QVR_API HRESULT CreateDOMDocument(Ref<IXMLDOMDocument>* document);
 
 } // namespace qvr

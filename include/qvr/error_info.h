@@ -20,10 +20,10 @@ struct ErrorInfo {
 
 // Hands the thread's current error record to the caller and clears it. False when there is none
 // (`out` is then left as it was); a null `out` just clears the record.
-bool GetErrorInfo(ErrorInfo* out);
+QVR_API bool GetErrorInfo(ErrorInfo* out);
 // Installs a record as the thread's current error (replacing any previous one).
-void SetErrorInfo(const ErrorInfo& info);
+QVR_API void SetErrorInfo(const ErrorInfo& info);
 // Clears the thread's error record.
-void ClearErrorInfo();
+QVR_API void ClearErrorInfo();
 
 } // namespace qvr

@@ -18,7 +18,7 @@ enum QVREventId : std::int32_t {
     qvrEventObjectQuery = 30004,
 };
 
-class IQVRCatalogEvents : public IUnknown {
+class QVR_API IQVRCatalogEvents : public IUnknown {
 public:
     QVR_INTERFACE_ID(IQVRCatalogEvents)
 

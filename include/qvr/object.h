@@ -71,7 +71,7 @@ class IQVRCatalogObjectList;
 class IQVRCatalogTable; // the table document's root; its interface comes with the table
 class IDataObject;      // the transfer object; its interface comes with the transfer formats
 
-class IQVRCatalogObject : public IUnknown {
+class QVR_API IQVRCatalogObject : public IUnknown {
 public:
     QVR_INTERFACE_ID(IQVRCatalogObject)
 

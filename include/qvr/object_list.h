@@ -10,7 +10,7 @@
 namespace qvr {
 
 // Walks a list: Next copies up to `count` items as object variants.
-class IEnumVARIANT : public IUnknown {
+class QVR_API IEnumVARIANT : public IUnknown {
 public:
     QVR_INTERFACE_ID(IEnumVARIANT)
     // S_OK when `count` items were given, S_FALSE when the list ended first; `fetched` (may be
@@ -21,7 +21,7 @@ public:
     virtual HRESULT Clone(Ref<IEnumVARIANT>* enumerator) = 0;
 };
 
-class IQVRCatalogObjectList : public IUnknown {
+class QVR_API IQVRCatalogObjectList : public IUnknown {
 public:
     QVR_INTERFACE_ID(IQVRCatalogObjectList)
 

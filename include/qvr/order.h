@@ -6,7 +6,7 @@
 
 namespace qvr {
 
-class IQVRCatalogOrderInfo : public IQVRCatalogObject {
+class QVR_API IQVRCatalogOrderInfo : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogOrderInfo)
 };

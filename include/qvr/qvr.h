@@ -4,6 +4,7 @@
 #include <qvr/catalog.h>
 #include <qvr/classification.h>
 #include <qvr/com.h>
+#include <qvr/contact.h>
 #include <qvr/content.h>
 #include <qvr/dom.h>
 #include <qvr/error_info.h>

@@ -17,7 +17,7 @@ struct STATSTG {
     std::uint64_t cbSize = 0;
 };
 
-class IStream : public IUnknown {
+class QVR_API IStream : public IUnknown {
 public:
     QVR_INTERFACE_ID(IStream)
     // `read` and `written` may be null.

@@ -8,9 +8,11 @@
 #include <string>
 #include <string_view>
 
+#include <qvr/api.h>
+
 namespace qvr {
 
-class String {
+class QVR_API String {
 public:
     String() = default; // null
     String(std::nullptr_t) {}
@@ -72,15 +74,15 @@ inline std::ostream& operator<<(std::ostream& os, const String& s) {
 }
 
 // Letter tests by Unicode character class, for the shape checks of language and country codes.
-bool isLowerLetter(char32_t c);
-bool isUpperLetter(char32_t c);
+QVR_API bool isLowerLetter(char32_t c);
+QVR_API bool isUpperLetter(char32_t c);
 
 // Decodes UTF-8 into code points; a malformed byte yields U+FFFD and advances by one.
-std::u32string toCodePoints(std::string_view utf8);
-std::string fromCodePoints(std::u32string_view cps);
+QVR_API std::u32string toCodePoints(std::string_view utf8);
+QVR_API std::string fromCodePoints(std::u32string_view cps);
 // UTF-16 forms, for the script language whose strings count 16-bit units.
-std::u16string toUtf16(std::string_view utf8);
-std::string fromUtf16(std::u16string_view u16);
+QVR_API std::u16string toUtf16(std::string_view utf8);
+QVR_API std::string fromUtf16(std::u16string_view u16);
 
 } // namespace qvr
 

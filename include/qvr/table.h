@@ -30,7 +30,7 @@
 
 namespace qvr {
 
-class IQVRCatalogTable : public IQVRCatalogObject {
+class QVR_API IQVRCatalogTable : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogTable)
 
@@ -128,6 +128,6 @@ public:
 };
 
 // A new table, not initialized yet.
-HRESULT CreateCatalogTable(Ref<IQVRCatalogTable>* table);
+QVR_API HRESULT CreateCatalogTable(Ref<IQVRCatalogTable>* table);
 
 } // namespace qvr

@@ -24,7 +24,7 @@
 
 namespace qvr {
 
-class IQVRCatalogObjectTableCache : public IUnknown {
+class QVR_API IQVRCatalogObjectTableCache : public IUnknown {
 public:
     QVR_INTERFACE_ID(IQVRCatalogObjectTableCache)
 

@@ -9,7 +9,7 @@
 namespace qvr {
 
 // What all cells share.
-class IQVRTableCellObject : public IQVRCatalogObject {
+class QVR_API IQVRTableCellObject : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRTableCellObject)
 
@@ -23,7 +23,7 @@ public:
 // A value of a plain column. Values are written locale-neutrally (a decimal point) and read typed
 // by the column: "int" under the user's locale, "float" as written. A cell that stands in no
 // column reads as its text.
-class IQVRTableCell : public IQVRTableCellObject {
+class QVR_API IQVRTableCell : public IQVRTableCellObject {
 public:
     QVR_INTERFACE_ID(IQVRTableCell)
 
@@ -32,7 +32,7 @@ public:
 };
 
 // A row: its key is its text, its `id` what the cells of the row name.
-class IQVRTableInfoCell : public IQVRTableCellObject {
+class QVR_API IQVRTableInfoCell : public IQVRTableCellObject {
 public:
     QVR_INTERFACE_ID(IQVRTableInfoCell)
 
@@ -42,7 +42,7 @@ public:
 };
 
 // How a const view is made for one application: the path of a recipe.
-class IQVRTableRecipe : public IQVRCatalogObject {
+class QVR_API IQVRTableRecipe : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRTableRecipe)
 
@@ -55,12 +55,12 @@ public:
 };
 
 // The kinds of cell that arrive with their own operations later.
-class IQVRTableDrawing : public IQVRTableCellObject {
+class QVR_API IQVRTableDrawing : public IQVRTableCellObject {
 public:
     QVR_INTERFACE_ID(IQVRTableDrawing)
 };
 
-class IQVRTableRefCell : public IQVRTableCellObject {
+class QVR_API IQVRTableRefCell : public IQVRTableCellObject {
 public:
     QVR_INTERFACE_ID(IQVRTableRefCell)
 };

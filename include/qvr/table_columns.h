@@ -34,7 +34,7 @@ enum QVRViewKey : std::int32_t {
 };
 
 // What columns and views share.
-class IQVRTableChildObject : public IQVRCatalogObject {
+class QVR_API IQVRTableChildObject : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRTableChildObject)
 
@@ -53,7 +53,7 @@ public:
 };
 
 // The columns proper: a name for formulas, a data type, a unit and a free text.
-class IQVRTableColumnObject : public IQVRTableChildObject {
+class QVR_API IQVRTableColumnObject : public IQVRTableChildObject {
 public:
     QVR_INTERFACE_ID(IQVRTableColumnObject)
 
@@ -71,14 +71,14 @@ public:
 };
 
 // A plain column: one text value for each row that has one, in a `Row` cell.
-class IQVRTableColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableColumn)
 };
 
 // The register of the rows. Inserting a row object (IQVRTableInfoCell) makes a row without
 // cells; removing one takes its cells out of every column.
-class IQVRTableUniqueColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableUniqueColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableUniqueColumn)
 
@@ -89,7 +89,7 @@ public:
 };
 
 // A column with one value for all rows, in `constant`. It holds no cells.
-class IQVRTableConstColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableConstColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableConstColumn)
 
@@ -104,7 +104,7 @@ public:
 // A column whose value at a row is computed from its `expression`, a VBScript expression in
 // which the names of the table's plain and const columns stand for their values at that row. It
 // holds no cells. A formula reaches the column itself as "QVRTableCalculatedColumn".
-class IQVRTableCalculatedColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableCalculatedColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableCalculatedColumn)
 
@@ -119,22 +119,22 @@ public:
 };
 
 // The kinds that arrive with their own operations later.
-class IQVRTableRefColumn : public IQVRTableColumnObject {
+class QVR_API IQVRTableRefColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableRefColumn)
 };
 
-class IQVRTableViewObject : public IQVRTableChildObject {
+class QVR_API IQVRTableViewObject : public IQVRTableChildObject {
 public:
     QVR_INTERFACE_ID(IQVRTableViewObject)
 };
 
-class IQVRTableView : public IQVRTableViewObject {
+class QVR_API IQVRTableView : public IQVRTableViewObject {
 public:
     QVR_INTERFACE_ID(IQVRTableView)
 };
 
-class IQVRTableConstView : public IQVRTableViewObject {
+class QVR_API IQVRTableConstView : public IQVRTableViewObject {
 public:
     QVR_INTERFACE_ID(IQVRTableConstView)
 };

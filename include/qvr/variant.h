@@ -62,8 +62,8 @@ constexpr LCID LCID_DE_DE = 1031;
 constexpr LCID LCID_FR_FR = 1036;
 
 // The process user locale (default 1033). LOCALE_USER_DEFAULT resolves to it.
-void SetUserLocale(LCID lcid);
-LCID GetUserLocale();
+QVR_API void SetUserLocale(LCID lcid);
+QVR_API LCID GetUserLocale();
 
 // Flags of changeType.
 constexpr std::uint16_t VARIANT_NOVALUEPROP = 0x01;
@@ -74,7 +74,7 @@ constexpr std::uint16_t VARIANT_LOCALBOOL = 0x10; // booleans in the locale's wo
 // A value of one of the types above. Copies share an array's items until one side changes them;
 // a variant moved from is Empty. Only the payload of the current type is stored, so numbers are
 // as cheap to pass around as the numbers themselves.
-class Variant {
+class QVR_API Variant {
 public:
     Variant() = default; // Empty
     Variant(std::int16_t v) : vt_(VT_I2) { u_.i2 = v; }
@@ -186,7 +186,7 @@ public:
     std::int32_t lowerBound() const { return isArray() ? u_.array->lowerBound : 0; }
 
     // Exact identity of type and value (not VBScript's "="): for tests and containers.
-    friend bool operator==(const Variant& a, const Variant& b);
+    friend QVR_API bool operator==(const Variant& a, const Variant& b);
 
 private:
     struct Array {
@@ -248,28 +248,29 @@ private:
 // the locale's separators, rounding half to even, DISP_E_OVERFLOW, DISP_E_TYPEMISMATCH, booleans
 // as "-1"/"0" unless VARIANT_ALPHABOOL or VARIANT_LOCALBOOL, dates in the short forms). `dest`
 // may be the same object as `src`. On failure `dest` is left unchanged.
-HRESULT changeType(Variant* dest, const Variant& src, LCID lcid, std::uint16_t flags, VARTYPE vt);
+QVR_API HRESULT changeType(Variant* dest, const Variant& src, LCID lcid, std::uint16_t flags,
+                           VARTYPE vt);
 
 // The arithmetic family of the platform, with its result-type rules and Null propagation.
-HRESULT varAdd(const Variant& l, const Variant& r, Variant* out);
-HRESULT varCat(const Variant& l, const Variant& r, Variant* out);
-HRESULT varSub(const Variant& l, const Variant& r, Variant* out);
-HRESULT varMul(const Variant& l, const Variant& r, Variant* out);
-HRESULT varDiv(const Variant& l, const Variant& r, Variant* out);
-HRESULT varIdiv(const Variant& l, const Variant& r, Variant* out);
-HRESULT varMod(const Variant& l, const Variant& r, Variant* out);
-HRESULT varPow(const Variant& l, const Variant& r, Variant* out);
-HRESULT varAnd(const Variant& l, const Variant& r, Variant* out);
-HRESULT varOr(const Variant& l, const Variant& r, Variant* out);
-HRESULT varXor(const Variant& l, const Variant& r, Variant* out);
-HRESULT varEqv(const Variant& l, const Variant& r, Variant* out);
-HRESULT varImp(const Variant& l, const Variant& r, Variant* out);
-HRESULT varNeg(const Variant& v, Variant* out);
-HRESULT varNot(const Variant& v, Variant* out);
-HRESULT varAbs(const Variant& v, Variant* out);
-HRESULT varFix(const Variant& v, Variant* out);
-HRESULT varInt(const Variant& v, Variant* out);
-HRESULT varRound(const Variant& v, int decimals, Variant* out);
+QVR_API HRESULT varAdd(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varCat(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varSub(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varMul(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varDiv(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varIdiv(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varMod(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varPow(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varAnd(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varOr(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varXor(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varEqv(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varImp(const Variant& l, const Variant& r, Variant* out);
+QVR_API HRESULT varNeg(const Variant& v, Variant* out);
+QVR_API HRESULT varNot(const Variant& v, Variant* out);
+QVR_API HRESULT varAbs(const Variant& v, Variant* out);
+QVR_API HRESULT varFix(const Variant& v, Variant* out);
+QVR_API HRESULT varInt(const Variant& v, Variant* out);
+QVR_API HRESULT varRound(const Variant& v, int decimals, Variant* out);
 
 // Comparison: VARCMP_LT, VARCMP_EQ, VARCMP_GT, or VARCMP_NULL when either side is Null.
 constexpr HRESULT VARCMP_LT = 0;
@@ -277,7 +278,7 @@ constexpr HRESULT VARCMP_EQ = 1;
 constexpr HRESULT VARCMP_GT = 2;
 constexpr HRESULT VARCMP_NULL = 3;
 constexpr std::uint32_t NORM_IGNORECASE = 0x1;
-HRESULT varCmp(const Variant& l, const Variant& r, LCID lcid, std::uint32_t flags);
+QVR_API HRESULT varCmp(const Variant& l, const Variant& r, LCID lcid, std::uint32_t flags);
 
 // OLE dates.
 struct DateParts {
@@ -286,7 +287,7 @@ struct DateParts {
     int dayOfWeek = 0; // 0 = Sunday (filled by dateToParts)
 };
 // False when the parts are out of range (years 100 to 9999).
-bool dateFromParts(const DateParts& parts, DATE* out);
-bool dateToParts(DATE date, DateParts* out);
+QVR_API bool dateFromParts(const DateParts& parts, DATE* out);
+QVR_API bool dateToParts(DATE date, DateParts* out);
 
 } // namespace qvr

@@ -57,7 +57,7 @@ public:
 protected:
     // Sets, replaces or removes the group `name` at its place in the group order.
     HRESULT putGroup(const char* name, IQVRCatalogObject* group) {
-        return accessors::putSingleton(*this, name, group, namesBefore(groupOrder, name));
+        return accessors::putSingletonInOrder(*this, name, group, groupOrder);
     }
 };
 

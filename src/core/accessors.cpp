@@ -1,5 +1,7 @@
 #include "core/accessors.h"
 
+#include "core/child_tool.h"
+#include "core/iso_codes.h"
 #include "core/object_factory.h"
 #include "core/singleton_tool.h"
 #include "platform/com/failure.h"
@@ -30,18 +32,27 @@ HRESULT changed(ObjectFrame& object, HRESULT hr) {
 }
 
 // A new child `name` with `text`, placed ahead of the first of `followers` that exists, or last.
+// With `code` (when given) in its `isoCountryCode`.
 HRESULT insertTextChild(IXMLDOMElement* element, const char* name, const String& text,
-                        ChildNames followers) {
+                        ChildNames followers, const String* code = nullptr) {
     Ref<IXMLDOMDocument> document;
     HRESULT hr = element->get_ownerDocument(&document);
     if (FAILED(hr) || !document) return FAILED(hr) ? hr : E_FAIL;
     Ref<IXMLDOMElement> child;
     if ((hr = document->createElement(name, &child)) != S_OK) return hr;
     if (FAILED(hr = child->put_text(text))) return hr;
+    if (code && (hr = child->setAttribute("isoCountryCode", *code)) != S_OK) return hr;
     Ref<IXMLDOMNode> reference;
     for (const char* follower : followers)
         if (element->selectSingleNode(follower, &reference) == S_OK) break;
     return CXMLDOMTool(element).insertNode(child, reference);
+}
+
+// The stored form of a file reference: a URL as it stands, a path converted.
+HRESULT storedReference(const String& text, String* stored) {
+    HRESULT hr = url::pathToUrl(text, stored);
+    if (hr == S_FALSE) *stored = text; // a URL already
+    return FAILED(hr) ? hr : S_OK;
 }
 
 // Sets the text of `node`, or makes the child when there is none.
@@ -72,6 +83,43 @@ HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const Strin
         if (!value.isEmpty()) return changed(object, element->setAttribute(name, value));
         HRESULT hr = element->removeAttribute(name);
         return hr == S_FALSE ? S_OK : changed(object, hr);
+    });
+}
+
+HRESULT putKeyAttribute(ObjectFrame& object, const char* name, const String& value,
+                        bool (*valid)(const String&), Msg invalidMessage) noexcept {
+    if (value.isEmpty()) return putClearableAttribute(object, name, value);
+    return onElement(object, [&](IXMLDOMElement* element) {
+        if (valid && !valid(value)) return object.report(invalidMessage);
+        // Among the parent's children; without a parent the tool is empty and finds no sibling.
+        Ref<IXMLDOMElement> siblings;
+        if (const Ref<IQVRCatalogObject> parent = object.parentRef();
+            parent && FAILED(parent->get_domNode(&siblings)))
+            siblings = nullptr;
+        if (ChildTool(siblings).checkUniqueAttribute(element, name, value) != S_OK)
+            return object.report(msgDuplicateId);
+        return changed(object, element->setAttribute(name, value));
+    });
+}
+
+HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             std::int32_t* number) noexcept {
+    return onElement(object, number, [&](IXMLDOMElement* element) {
+        String text;
+        HRESULT hr = element->getAttribute(name, &text);
+        if (hr != S_OK) return hr;
+        std::size_t index = 0;
+        while (index + 1 < texts.size() && text != texts[index]) ++index;
+        *number = static_cast<std::int32_t>(index);
+        return S_OK;
+    });
+}
+
+HRESULT putNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             std::int32_t number) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        if (number < 0 || static_cast<std::size_t>(number) >= texts.size()) return E_INVALIDARG;
+        return changed(object, element->setAttribute(name, texts[number]));
     });
 }
 
@@ -110,12 +158,7 @@ HRESULT getReferenceText(ObjectFrame& object, String* text) noexcept {
         String stored, converted;
         HRESULT hr = element->get_text(&stored);
         if (FAILED(hr)) return hr;
-        hr = url::pathToUrl(stored, &converted);
-        if (hr == S_FALSE) { // a URL already
-            *text = std::move(stored);
-            return S_OK;
-        }
-        if (hr == S_OK) *text = std::move(converted);
+        if ((hr = storedReference(stored, &converted)) == S_OK) *text = std::move(converted);
         return hr;
     });
 }
@@ -123,9 +166,27 @@ HRESULT getReferenceText(ObjectFrame& object, String* text) noexcept {
 HRESULT putReferenceText(ObjectFrame& object, const String& text) noexcept {
     return onElement(object, [&](IXMLDOMElement* element) {
         String converted;
-        HRESULT hr = url::pathToUrl(text, &converted);
-        if (FAILED(hr)) return hr;
-        return changed(object, element->put_text(hr == S_FALSE ? text : converted));
+        HRESULT hr = storedReference(text, &converted);
+        return hr == S_OK ? changed(object, element->put_text(converted)) : hr;
+    });
+}
+
+HRESULT getReferenceAttribute(ObjectFrame& object, const char* name, String* text) noexcept {
+    return onElement(object, text, [&](IXMLDOMElement* element) {
+        String stored, converted;
+        HRESULT hr = element->getAttribute(name, &stored);
+        if (hr != S_OK) return hr;
+        if ((hr = storedReference(stored, &converted)) == S_OK) *text = std::move(converted);
+        return hr;
+    });
+}
+
+HRESULT putReferenceAttribute(ObjectFrame& object, const char* name, const String& text) noexcept {
+    return onElement(object, [&](IXMLDOMElement* element) {
+        if (text.isNull()) return E_INVALIDARG;
+        String converted;
+        HRESULT hr = storedReference(text, &converted);
+        return hr == S_OK ? changed(object, element->setAttribute(name, converted)) : hr;
     });
 }
 
@@ -174,6 +235,42 @@ HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const Stri
     });
 }
 
+HRESULT getCodedChildText(ObjectFrame& object, const char* child, String* code,
+                          String* text) noexcept {
+    return onElement(object, text, [&](IXMLDOMElement* element) {
+        Ref<IXMLDOMNode> node;
+        HRESULT hr = element->selectSingleNode(child, &node);
+        if (hr != S_OK) return hr;
+        String read;
+        if ((hr = node->get_text(&read)) != S_OK) return hr;
+        *text = std::move(read);
+        Ref<IXMLDOMElement> coded = query<IXMLDOMElement>(node);
+        if (!coded || (hr = coded->getAttribute("isoCountryCode", &read)) != S_OK)
+            return coded ? hr : E_FAIL;
+        if (code) *code = std::move(read);
+        return S_OK;
+    });
+}
+
+HRESULT putCodedChildText(ObjectFrame& object, const char* child, const String& code,
+                          const String& text, ChildNames followers) noexcept {
+    return guarded([&] {
+        // The code is looked at before anything else: a bad one leaves everything as it was.
+        if (!isCountryCode(code)) return object.report(msgBadCountryCode);
+        return onElement(object, [&](IXMLDOMElement* element) {
+            Ref<IXMLDOMNode> node;
+            HRESULT hr = element->selectSingleNode(child, &node);
+            if (FAILED(hr)) return hr;
+            if (!node)
+                return changed(object, insertTextChild(element, child, text, followers, &code));
+            Ref<IXMLDOMElement> coded = query<IXMLDOMElement>(node);
+            if (!coded) return E_FAIL;
+            if (FAILED(hr = coded->put_text(text))) return hr;
+            return changed(object, coded->setAttribute("isoCountryCode", code));
+        });
+    });
+}
+
 HRESULT wrapSelected(IXMLDOMElement* element, const char* xpath, IQVRCatalogObject* catalog,
                      IQVRCatalogObject* parent, Ref<IQVRCatalogObject>* object) {
     *object = nullptr;
@@ -209,15 +306,21 @@ HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* 
         } else if (value) {
             // Right behind the last predecessor that stands here; with none, the first name
             // selects nothing and the child goes first.
-            const char* after = predecessors.empty() ? child : predecessors.front();
-            for (const char* name : predecessors) {
-                Ref<IXMLDOMNode> found;
-                if (element->selectSingleNode(name, &found) == S_OK) after = name;
-            }
+            const char* after = lastPresentChild(
+                element, predecessors, predecessors.empty() ? child : predecessors.front());
             hr = tool.insertSingletonAfter(catalog, object.self(), after, value, &placed);
         }
         return changed(object, FAILED(hr) ? hr : S_OK);
     });
+}
+
+const char* lastPresentChild(IXMLDOMElement* element, ChildNames names, const char* fallback) {
+    const char* last = fallback;
+    for (const char* name : names) {
+        Ref<IXMLDOMNode> found;
+        if (element->selectSingleNode(name, &found) == S_OK) last = name;
+    }
+    return last;
 }
 
 } // namespace qvr::accessors

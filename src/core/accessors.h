@@ -12,6 +12,7 @@
 // succeeded. Every function here is noexcept: exceptions become statuses.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -44,6 +45,27 @@ HRESULT putAttribute(ObjectFrame& object, const char* name, const String& value)
 // Clearable attribute property: a null or empty text removes the attribute; removing one that
 // is not there does nothing and fires nothing.
 HRESULT putClearableAttribute(ObjectFrame& object, const char* name, const String& value) noexcept;
+// Key attribute property: an attribute that tells the element apart from its siblings. A null or
+// empty text removes it as the clearable attribute does. Otherwise the text must pass `valid`
+// (when given; else `invalidMessage` is reported), and no sibling may hold it already
+// (msgDuplicateId); the element's own value passes, and so does any value while it has no parent.
+HRESULT putKeyAttribute(ObjectFrame& object, const char* name, const String& value,
+                        bool (*valid)(const String&) = nullptr, Msg invalidMessage = {}) noexcept;
+// Numbered attribute property: the attribute holds one of `texts` and reads as its index. A text
+// that matches none (compared exactly) reads as the last index. Setting an index outside `texts`
+// is E_INVALIDARG.
+HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             std::int32_t* number) noexcept;
+HRESULT putNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             std::int32_t number) noexcept;
+template <class Enum>
+HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             Enum* value) noexcept {
+    std::int32_t number = 0;
+    HRESULT hr = getNumberedAttribute(object, name, texts, value ? &number : nullptr);
+    if (hr == S_OK) *value = static_cast<Enum>(number);
+    return hr;
+}
 // A flag attribute of "1" and "0". Reading sets true first: absent gives S_FALSE and true. Only
 // VARIANT_TRUE (-1) writes "1"; any other value writes "0".
 HRESULT getFlag(ObjectFrame& object, const char* name, VARIANT_BOOL* value) noexcept;
@@ -59,6 +81,11 @@ HRESULT putOwnText(ObjectFrame& object, const String& text) noexcept;
 HRESULT getReferenceText(ObjectFrame& object, String* text) noexcept;
 HRESULT putReferenceText(ObjectFrame& object, const String& text) noexcept;
 
+// File-reference attribute property: the attribute in the same form as the reference text. A
+// null text is E_INVALIDARG.
+HRESULT getReferenceAttribute(ObjectFrame& object, const char* name, String* text) noexcept;
+HRESULT putReferenceAttribute(ObjectFrame& object, const char* name, const String& text) noexcept;
+
 // Child-text property, read: absent child gives S_FALSE and `text` not written.
 HRESULT getChildText(ObjectFrame& object, const char* child, String* text) noexcept;
 // Sets the text of an existing child only: without one, S_FALSE and no event.
@@ -71,6 +98,16 @@ HRESULT putOrderedChildText(ObjectFrame& object, const char* child, const String
 // fires also when nothing was done.
 HRESULT putRemovableChildText(ObjectFrame& object, const char* child, const String& text,
                               ChildNames followers) noexcept;
+
+// Coded child-text property: a child that holds a text and, in `isoCountryCode`, the code of its
+// country. Read: absent child gives S_FALSE; a child without code hands out its text and answers
+// S_FALSE. `code` may be null. Write: a code of the wrong form reports msgBadCountryCode and
+// changes nothing; a missing child is made with both and placed ahead of the first of `followers`
+// that exists, or at the end.
+HRESULT getCodedChildText(ObjectFrame& object, const char* child, String* code,
+                          String* text) noexcept;
+HRESULT putCodedChildText(ObjectFrame& object, const char* child, const String& code,
+                          const String& text, ChildNames followers) noexcept;
 
 // The first node that `xpath` selects below `element`, wrapped with `catalog` and `parent` and
 // asked for I. Nothing selected: the selection's status (S_FALSE) and null.
@@ -103,8 +140,17 @@ HRESULT getSingleton(ObjectFrame& object, const char* child, Ref<I>* value) noex
 }
 // Sets, replaces or (with null) removes the child `child`. A new child lands right behind the
 // last of `predecessors` that exists, or first. The event fires also when nothing was done.
+// Roots place their singletons the same way (lastPresentChild).
 HRESULT putSingleton(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
                      ChildNames predecessors) noexcept;
+// The same for a class with a child order: the predecessors are the names ahead of `child`.
+inline HRESULT putSingletonInOrder(ObjectFrame& object, const char* child, IQVRCatalogObject* value,
+                                   ChildNames order) noexcept {
+    return putSingleton(object, child, value, namesBefore(order, child));
+}
+
+// The last of `names` that stands as a child of `element`, or `fallback` when none does.
+const char* lastPresentChild(IXMLDOMElement* element, ChildNames names, const char* fallback);
 
 } // namespace accessors
 } // namespace qvr

@@ -24,7 +24,7 @@ HRESULT ChildTool::insertChildObject(IQVRCatalogObject* catalog, IQVRCatalogObje
     if ((hr = resolveInsertPosition(position, keyAttribute, childSelection, &reference)) != S_OK)
         return hr;
     if (FAILED(hr = node_->insertBefore(node, reference, nullptr))) return hr;
-    linkChild(newChild, catalog, parent);
+    if ((hr = linkChild(node, newChild, catalog, parent)) != S_OK) return hr;
     *inserted = newChild; // the caller's object itself: insertion makes no new wrapper
     return S_OK;
 }
@@ -37,12 +37,13 @@ HRESULT ChildTool::removeChildObject(IQVRCatalogObject* catalog, IQVRCatalogObje
     HRESULT hr = child->get_domNode(&node);
     if (FAILED(hr)) return hr;
     if (FAILED(hr = node_->removeChild(node, nullptr))) return hr;
+    if (!removed) return S_OK; // the removal is done: a wrapper nobody asked for can't fail it
     // The new wrapper keeps naming the old parent: nothing clears a parent link on removal.
     Ref<IQVRCatalogObject> parent;
     child->get_parentNode(&parent);
     Ref<IQVRCatalogObject> wrapper;
     hr = createObjectOf(node, catalog, parent, &wrapper);
-    if (removed) *removed = std::move(wrapper);
+    *removed = std::move(wrapper);
     return hr;
 }
 

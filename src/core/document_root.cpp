@@ -3,6 +3,7 @@
 #include <bit>
 
 #include "core/event_firing.h"
+#include "core/iso_codes.h"
 #include "core/xml_dom_tool.h"
 #include "platform/com/failure.h"
 #include "platform/url/url.h"
@@ -120,12 +121,6 @@ HRESULT DocumentRoot::versionOf(const String& text, float* version) {
     const auto bits = std::bit_cast<std::uint64_t>(number.r8());
     *version = std::bit_cast<float>(static_cast<std::uint32_t>(bits));
     return S_OK;
-}
-
-bool DocumentRoot::isLanguageCode(const String& language) {
-    if (language.isNull()) return false;
-    const std::u32string letters = toCodePoints(language.view());
-    return letters.size() == 2 && isLowerLetter(letters[0]) && isLowerLetter(letters[1]);
 }
 
 } // namespace qvr

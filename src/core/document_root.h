@@ -60,8 +60,6 @@ protected:
     // The `version` text read as a double, handed out as the low half of its bits taken as a
     // float: "1.2" gives about 4.17e-08. Callers compare it with another such reading.
     static HRESULT versionOf(const String& text, float* version);
-    // Two lower-case letters; no list of codes is consulted.
-    static bool isLanguageCode(const String& language);
 
     Ref<IXMLDOMDocument> document_;
     Variant url_;    // where the document was loaded from or last saved to

@@ -57,7 +57,7 @@ HRESULT SingletonTool::placeSingleton(IQVRCatalogObject* catalog, IQVRCatalogObj
     else
         node_->get_firstChild(&reference);
     if (FAILED(hr = node_->insertBefore(node, reference, nullptr))) return hr;
-    linkChild(newChild, catalog, parent);
+    if ((hr = linkChild(node, newChild, catalog, parent)) != S_OK) return hr;
     *inserted = newChild;
     return S_OK;
 }

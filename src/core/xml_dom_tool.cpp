@@ -14,10 +14,13 @@ CXMLDOMTool::CXMLDOMTool(IXMLDOMNode* node) : node_(node) {
         ownerDocument_ = query<IXMLDOMDocument>(node);
 }
 
-void CXMLDOMTool::linkChild(IQVRCatalogObject* child, IQVRCatalogObject* catalog,
-                            IQVRCatalogObject* parent) {
-    child->putref_catalog(catalog);
-    child->putref_parentNode(parent);
+HRESULT CXMLDOMTool::linkChild(IXMLDOMNode* node, IQVRCatalogObject* child,
+                               IQVRCatalogObject* catalog, IQVRCatalogObject* parent) {
+    HRESULT hr = child->putref_catalog(catalog);
+    if (hr != E_OUTOFMEMORY) hr = child->putref_parentNode(parent);
+    if (hr != E_OUTOFMEMORY) return S_OK;
+    node_->removeChild(node, nullptr);
+    return hr;
 }
 
 // --- Plain elements ---------------------------------------------------------------------------

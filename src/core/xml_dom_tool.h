@@ -44,10 +44,11 @@ public:
     String parseErrorText() const;
 
 protected:
-    // Links a child that has just been placed: its catalog, and its parent. Their statuses are of
-    // no consequence to the insertion, which has happened.
-    static void linkChild(IQVRCatalogObject* child, IQVRCatalogObject* catalog,
-                          IQVRCatalogObject* parent);
+    // Links a child whose element `node` has just been placed below the tool's node: its
+    // catalog, and its parent. A child that can't be linked (out of memory) is taken out again,
+    // so that an insertion happens whole or not at all; other statuses don't concern it.
+    HRESULT linkChild(IXMLDOMNode* node, IQVRCatalogObject* child, IQVRCatalogObject* catalog,
+                      IQVRCatalogObject* parent);
 
     Ref<IXMLDOMDocument> ownerDocument_;
     Ref<IXMLDOMNode> node_;

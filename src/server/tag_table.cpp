@@ -2,7 +2,11 @@
 // the classes so that the frame below them names none; the frame reaches it through
 // creatorOfTag. A new class is one row here, its creator in place of the null.
 #include "content/chapter.h"
+#include "content/classification.h"
+#include "content/contact.h"
+#include "content/media.h"
 #include "content/part.h"
+#include "content/url.h"
 #include "core/object_factory.h"
 #include "core/object_types.h"
 #include "formulas/calculated_column.h"
@@ -25,19 +29,19 @@ struct TagRow {
 // Tested in this order; the first equal tag chooses the class.
 constexpr TagRow tagTable[] = {
     {"Chapter", qvrChapter, &createWrapper<CQVRCatalogChapter>},
-    {"Image", qvrImage, nullptr},
-    {"URL", qvrURL, nullptr},
-    {"Link", qvrLink, nullptr},
-    {"Class", qvrClass, nullptr},
-    {"Classifications", qvrClassifications, nullptr},
+    {"Image", qvrImage, &createWrapper<CQVRCatalogImage>},
+    {"URL", qvrURL, &createWrapper<CQVRCatalogURL>},
+    {"Link", qvrLink, &createWrapper<CQVRCatalogLink>},
+    {"Class", qvrClass, &createWrapper<CQVRCatalogClass>},
+    {"Classifications", qvrClassifications, &createWrapper<CQVRCatalogClassifications>},
     {"OrderInfo", qvrOrderInfo, nullptr},
     {"Availability", qvrAvailability, nullptr},
     {"CountryCode", qvrCountryCode, nullptr},
-    {"Document", qvrDocument, nullptr},
-    {"Documents", qvrDocuments, nullptr},
+    {"Document", qvrDocument, &createWrapper<CQVRCatalogDocument>},
+    {"Documents", qvrDocuments, &createWrapper<CQVRCatalogDocuments>},
     {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
-    {"Images", qvrImages, nullptr},
-    {"XRefFiles", qvrReferencedFiles, nullptr},
+    {"Images", qvrImages, &createWrapper<CQVRCatalogImages>},
+    {"XRefFiles", qvrReferencedFiles, &createWrapper<CQVRCatalogReferencedFiles>},
     {"ColumnView", qvrView, nullptr},
     {"Drawing", qvrDrawing, nullptr},
     {"Row", qvrCell, &createWrapper<CQVRTableCell>},
@@ -48,13 +52,13 @@ constexpr TagRow tagTable[] = {
     {"OrderTarget", qvrOrderTarget, nullptr},
     {"OrderMethod", qvrOrderMethod, nullptr},
     {"OrderMethods", qvrOrderMethods, nullptr},
-    {"TelephoneNumber", qvrTelephoneNumber, nullptr},
-    {"Phone", qvrPhone, nullptr},
-    {"Fax", qvrFax, nullptr},
-    {"Email", qvrEmail, nullptr},
-    {"Street", qvrStreet, nullptr},
-    {"PostalAddress", qvrPostalAddress, nullptr},
-    {"Address", qvrAddress, nullptr},
+    {"TelephoneNumber", qvrTelephoneNumber, &createWrapper<CQVRCatalogTelephoneNumber>},
+    {"Phone", qvrPhone, &createWrapper<CQVRCatalogPhone>},
+    {"Fax", qvrFax, &createWrapper<CQVRCatalogFax>},
+    {"Email", qvrEmail, &createWrapper<CQVRCatalogEmail>},
+    {"Street", qvrStreet, &createWrapper<CQVRCatalogStreet>},
+    {"PostalAddress", qvrPostalAddress, &createWrapper<CQVRCatalogPostalAddress>},
+    {"Address", qvrAddress, &createWrapper<CQVRCatalogAddress>},
     {"SupplierLocation", qvrSupplierLocation, nullptr},
     {"SupplierID", qvrSupplierID, nullptr},
     {"SupplierIDs", qvrSupplierIDs, nullptr},
@@ -63,8 +67,8 @@ constexpr TagRow tagTable[] = {
     {"Supplier", qvrSupplier, nullptr},
     {"ColumnUnique", qvrUniqueColumn, &createWrapper<CQVRTableUniqueColumn>},
     {"RowUnique", qvrInfoCell, &createWrapper<CQVRTableInfoCell>},
-    {"Extrinsics", qvrExtrinsics, nullptr},
-    {"Extrinsic", qvrExtrinsic, nullptr},
+    {"Extrinsics", qvrExtrinsics, &createWrapper<CQVRCatalogExtrinsics>},
+    {"Extrinsic", qvrExtrinsic, &createWrapper<CQVRCatalogExtrinsic>},
     {"Recipe", qvrRecipe, &createWrapper<CQVRTableRecipe>},
     {"ColumnRef", qvrRefColumn, nullptr},
     {"RowRef", qvrRefCell, nullptr},

@@ -59,7 +59,9 @@ protected:
     // failure the cell is taken out again.
     HRESULT childPlaced(IQVRCatalogObject* cell) override {
         const Ref<IQVRCatalogObject> table = this->catalogRef();
-        const HRESULT hr = RowTool(this->element()).addRowForCell(table, cell);
+        // Whatever stops the row, the cell must not stay without one.
+        const HRESULT hr =
+            guarded([&] { return RowTool(this->element()).addRowForCell(table, cell); });
         if (SUCCEEDED(hr)) return S_OK;
         if (hr == QVR_E_DUPLICATE) this->report(alreadyAttachedMessage(Base::info.type.type), hr);
         ChildTool(this->element()).removeChildObject(table, cell, nullptr);

@@ -10,7 +10,10 @@
 
 #include <qvr/variant.h>
 
+#include "core/child_tool.h"
 #include "core/object_core.h"
+#include "core/object_factory.h"
+#include "platform/com/failure.h"
 
 namespace qvr::index_moves {
 
@@ -33,6 +36,37 @@ HRESULT moveAll(const Variant& from, std::int32_t to, const MoveOne& move);
 // removal has shifted what stood behind it.
 constexpr std::int32_t insertionPlace(std::int32_t from, std::int32_t to) {
     return from > to || to == INT32_MIN ? to : to - 1;
+}
+
+// Takes the element `node` of `object` out of its parent, the element of `parentTool`, and
+// places it again by `insert`. When that fails the element goes back before its old next
+// sibling, so that a failed move loses nothing; `tell(event, place)` tells of each step.
+template <class Insert, class Tell>
+HRESULT moveElement(ChildTool& parentTool, IQVRCatalogObject* table, IQVRCatalogObject* parent,
+                    IXMLDOMNode* node, IQVRCatalogObject* object, const Variant& place,
+                    Insert insert, Tell tell) {
+    // Nothing thrown between the removal and the insertion may leave the element out.
+    const auto told = [&](std::int32_t event, const Variant& where) {
+        guarded([&] {
+            tell(event, where);
+            return S_OK;
+        });
+    };
+    Ref<IXMLDOMNode> next;
+    HRESULT hr = node->get_nextSibling(&next);
+    if (FAILED(hr)) return hr;
+    if ((hr = parentTool.removeChildObject(table, object, nullptr)) != S_OK) return hr;
+    told(qvrEventObjectRemoved, Variant());
+    if ((hr = guarded(insert)) == S_OK) {
+        told(qvrEventObjectInserted, place);
+        return S_OK;
+    }
+    if (SUCCEEDED(parentTool.insertNode(node, next))) {
+        Ref<IQVRCatalogObject> following;
+        if (next) guarded([&] { return createObjectOf(next, table, parent, &following); });
+        told(qvrEventObjectInserted, following ? Variant(following) : Variant());
+    }
+    return hr;
 }
 
 } // namespace qvr::index_moves

@@ -146,15 +146,17 @@ HRESULT CQVRCatalogTable::moveColumn(std::int32_t from, std::int32_t to) {
     Ref<IQVRCatalogObject> column, placed;
     HRESULT hr = columnFromVariant(Variant(from), &column);
     if (hr != S_OK) return hr;
-    // A place behind the last column finds no column, and its removal answers E_POINTER.
+    // A place behind the last column finds no column: E_POINTER, as a removal of none answers.
+    if (!column) return E_POINTER;
+    Ref<IXMLDOMElement> node;
+    if (FAILED(hr = column->get_domNode(&node))) return hr;
     ChildTool tool(element_);
-    if ((hr = tool.removeChildObject(self(), column, nullptr)) != S_OK) return hr;
-    fire(qvrEventObjectRemoved, column, Variant());
     const Variant place(index_moves::insertionPlace(from, to));
     const ContainerRow& row = *classInfo().container;
-    if ((hr = insertChild(tool, column, place, &placed, row)) != S_OK) return hr;
-    fire(qvrEventObjectInserted, column, place);
-    return S_OK;
+    return index_moves::moveElement(
+        tool, self(), self(), node, column, place,
+        [&] { return insertChild(tool, column, place, &placed, row); },
+        [&](std::int32_t event, const Variant& where) { fire(event, column, where); });
 }
 
 HRESULT CQVRCatalogTable::columnFromVariant(const Variant& key, Ref<IQVRCatalogObject>* column) {
@@ -166,18 +168,22 @@ HRESULT CQVRCatalogTable::columnFromVariant(const Variant& key, Ref<IQVRCatalogO
     case VT_I4: {
         const std::int32_t index = key.vt() == VT_I2 ? key.i2() : key.i4();
         if (index < 1) return report(msgIndexZero);
+        // Running out of memory is told as such, not as a place or key that finds nothing.
         Ref<IXMLDOMNodeList> columns;
-        if (FAILED(element_->selectNodes(classInfo().container->childSelection, &columns)))
-            return report(msgIndexOutOfRange);
+        hr = element_->selectNodes(classInfo().container->childSelection, &columns);
+        if (hr == E_OUTOFMEMORY) return hr;
+        if (FAILED(hr)) return report(msgIndexOutOfRange);
         Ref<IXMLDOMNode> node;
-        if (columns->get_item(index - 1, &node) != S_OK) return S_OK; // none there
+        if ((hr = columns->get_item(index - 1, &node)) == E_OUTOFMEMORY) return hr;
+        if (hr != S_OK) return S_OK; // none there
         return createObjectOf(node, self(), self(), column);
     }
     case VT_BSTR: {
         // The attribute is spelled "Id" here, and so matches no column of the model.
         Ref<IXMLDOMNode> node;
-        if (selectOneWithValue(element_, "*[@Id = '", key.str(), "']", &node) != S_OK)
-            return report(msgIdNotFound, QVR_E_NOTFOUND);
+        hr = selectOneWithValue(element_, "*[@Id = '", key.str(), "']", &node);
+        if (hr == E_OUTOFMEMORY) return hr;
+        if (hr != S_OK) return report(msgIdNotFound, QVR_E_NOTFOUND);
         if ((hr = createObjectOf(node, self(), self(), column)) != S_OK) return hr;
         break;
     }

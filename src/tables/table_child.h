@@ -16,7 +16,6 @@
 
 #include "core/accessors.h"
 #include "core/catalog_object.h"
-#include "core/child_tool.h"
 #include "core/ids.h"
 #include "platform/com/failure.h"
 
@@ -37,21 +36,11 @@ public:
     HRESULT put_visible(VARIANT_BOOL visible) override {
         return accessors::putFlag(*this, "visible", visible);
     }
+    // Unique among the parent's children; the child's own present id passes, and so does any id
+    // of a child without parent.
     HRESULT put_id(const String& id) override {
-        return guarded([&] {
-            if (id.isEmpty()) return E_INVALIDARG;
-            if (!this->initialized()) return this->notInitialized();
-            // Unique among the parent's children; the child's own present id passes, and so does
-            // any id of a child without parent.
-            Ref<IXMLDOMElement> siblings;
-            if (const Ref<IQVRCatalogObject> parent = this->parentRef();
-                parent && FAILED(parent->get_domNode(&siblings)))
-                siblings = nullptr;
-            HRESULT hr = ChildTool(siblings).checkUniqueAttribute(this->element(), "id", id);
-            if (hr != S_OK) return this->report(msgDuplicateId);
-            if ((hr = this->element()->setAttribute("id", id)) == S_OK) this->fireChanged();
-            return hr;
-        });
+        if (id.isEmpty()) return E_INVALIDARG;
+        return accessors::putKeyAttribute(*this, "id", id);
     }
     // Wrapped with the child as its catalog as well as its parent, so that the changes made in
     // it are heard nowhere. A child that is not initialized answers with the table's message.

@@ -83,11 +83,13 @@ HRESULT CQVRTableUniqueColumn::moveRow(std::int32_t from, std::int32_t to) {
     // The row itself, within the register.
     Ref<IQVRCatalogObject> row, placed;
     if ((hr = createObjectOf(rowNode, table, self(), &row)) != S_OK) return hr;
-    if ((hr = tool.removeChildObject(table, row, nullptr)) != S_OK) return hr;
-    fire(qvrEventObjectRemoved, row, Variant());
-    hr = tool.insertChildObject(table, self(), row, place, &placed, "id", "RowUnique");
+    hr = index_moves::moveElement(
+        tool, table, self(), rowNode, row, place,
+        [&] {
+            return tool.insertChildObject(table, self(), row, place, &placed, "id", "RowUnique");
+        },
+        [&](std::int32_t event, const Variant& where) { fire(event, row, where); });
     if (hr != S_OK) return hr;
-    fire(qvrEventObjectInserted, row, place);
 
     // Its cells, each at the same place among the cells of its column.
     std::int32_t count = 0;
@@ -102,11 +104,17 @@ HRESULT CQVRTableUniqueColumn::moveRow(std::int32_t from, std::int32_t to) {
         if ((hr = createObjectOf(columnNode, table, table, &column)) != S_OK) return hr;
         if ((hr = createObjectOf(cellNode, table, column, &cell)) != S_OK) return hr;
         ChildTool columnTool(columnNode);
-        if ((hr = columnTool.removeChildObject(table, cell, nullptr)) != S_OK) return hr;
-        fireObjectEventTable(qvrEventObjectRemoved, cell, cell, Variant());
-        hr = columnTool.insertChildObject(table, column, cell, place, &moved, "idref",
-                                          "Row|Drawing");
-        if (hr == S_OK) fireObjectEventTable(qvrEventObjectInserted, column, cell, place);
+        hr = index_moves::moveElement(
+            columnTool, table, column, cellNode, cell, place,
+            [&] {
+                return columnTool.insertChildObject(table, column, cell, place, &moved, "idref",
+                                                    "Row|Drawing");
+            },
+            [&](std::int32_t event, const Variant& where) {
+                // The removal is told from the cell, the insertion from its column.
+                fireObjectEventTable(event, event == qvrEventObjectRemoved ? cell : column, cell,
+                                     where);
+            });
     }
     return hr;
 }

@@ -196,6 +196,7 @@ Token Lexer::next() {
     t.pos = start;
     if (at_ >= text_.size()) return t;
     char c = text_[at_];
+    const auto nextIs = [&](char d) { return at_ + 1 < text_.size() && text_[at_ + 1] == d; };
     auto simple = [&](Tok kind, std::uint32_t len) {
         t.kind = kind;
         t.len = len;
@@ -218,13 +219,19 @@ Token Lexer::next() {
     case '(': return simple(Tok::LParen, 1);
     case ')': return simple(Tok::RParen, 1);
     case ',': return simple(Tok::Comma, 1);
-    case '=': return simple(Tok::Equal, 1);
+    // The language takes either order of a two-sign comparison: "=<" is "<=", "=>" is ">=",
+    // and "><" is "<>".
+    case '=':
+        if (nextIs('<')) return simple(Tok::LessEqual, 2);
+        if (nextIs('>')) return simple(Tok::GreaterEqual, 2);
+        return simple(Tok::Equal, 1);
     case '<':
-        if (at_ + 1 < text_.size() && text_[at_ + 1] == '>') return simple(Tok::NotEqual, 2);
-        if (at_ + 1 < text_.size() && text_[at_ + 1] == '=') return simple(Tok::LessEqual, 2);
+        if (nextIs('>')) return simple(Tok::NotEqual, 2);
+        if (nextIs('=')) return simple(Tok::LessEqual, 2);
         return simple(Tok::Less, 1);
     case '>':
-        if (at_ + 1 < text_.size() && text_[at_ + 1] == '=') return simple(Tok::GreaterEqual, 2);
+        if (nextIs('=')) return simple(Tok::GreaterEqual, 2);
+        if (nextIs('<')) return simple(Tok::NotEqual, 2);
         return simple(Tok::Greater, 1);
     case '&':
         if (at_ + 2 < text_.size()) {
@@ -332,14 +339,14 @@ Token Lexer::radixNumber(std::uint32_t start, int radix) {
     t.pos = start;
     t.len = static_cast<std::uint32_t>(i - start);
     at_ = i;
-    // Up to 16 bits without the "&" suffix is an Integer, with the high bit as the sign.
-    if (!longSuffix && v <= 0xFFFF) {
+    // Without the "&" suffix a value of up to 16 bits is an Integer's bits, the high bit being
+    // the sign; with it, or beyond 16 bits, a Long's. The literal's type then follows its value, as
+    // a decimal literal's does: &HFF& and &HFFFFFFFF are the Integers 255 and -1.
+    if (!longSuffix && v <= 0xFFFF)
         t.integer = static_cast<std::int16_t>(static_cast<std::uint16_t>(v));
-        t.longType = false;
-    } else {
+    else
         t.integer = static_cast<std::int32_t>(static_cast<std::uint32_t>(v));
-        t.longType = true;
-    }
+    t.longType = t.integer != static_cast<std::int16_t>(t.integer);
     return t;
 }
 

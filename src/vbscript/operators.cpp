@@ -43,8 +43,9 @@ ArithmeticFn arithmeticOf(Op op) {
 }
 
 // The type a string is read as when it meets a literal of type `vt`.
+// A Boolean is a number here, so "-1" = True holds and "True" = True is a type mismatch.
 VARTYPE readStringAs(VARTYPE vt) {
-    return vt == VT_BOOL || vt == VT_DATE ? vt : static_cast<VARTYPE>(VT_R8);
+    return vt == VT_DATE ? vt : static_cast<VARTYPE>(VT_R8);
 }
 
 // -1, 0, 1, or 2 for Null. A number and a string compare by the literal rule: a literal number
@@ -118,9 +119,10 @@ void applyBinary(Op op, std::uint8_t flags, const Variant& left, const Variant& 
                  Variant* out) {
     if (op == Op::Concat && left.vt() == VT_BSTR && right.vt() == VT_BSTR &&
         left.str().byteLength() + right.str().byteLength() > kMaxStringUnits * 3)
-        raise(kOutOfStringSpace); // more than the UTF-8 of that many units
+        raise(kOutOfStringSpace); // more than the UTF-8 of that many units: not even built
     if (ArithmeticFn fn = arithmeticOf(op)) {
         check(fn(left, right, out)); // `out` is unchanged on failure, even when it is `left`
+        if (op == Op::Concat && out->vt() == VT_BSTR) checkTextLength(out->str().view());
         return;
     }
     if (op == Op::Is) {

@@ -6,6 +6,7 @@
 #include "vbscript/builtins.h"
 #include "vbscript/operators.h"
 #include "vbscript/script_error.h"
+#include "vbscript/text16.h"
 
 namespace qvr::vbscript {
 namespace {
@@ -15,8 +16,8 @@ constexpr int kMaxDepth = 256;
 constexpr int kMaxArguments = 1024;
 
 // Binding strength of each binary operator, loosest first; Not (between And and the
-// comparisons) and the unary signs (between * / and ^) stand between them, and ^ is handled
-// apart because its operand may carry a sign.
+// comparisons) stands between them, and ^ and the signs, which bind tighter than any of them,
+// are handled apart.
 constexpr int kComparisonPrecedence = 7;
 
 struct Binary {
@@ -96,6 +97,11 @@ void Parser::compileInto(std::string_view text, LCID lcid, Program& out) {
 }
 
 void Parser::run() {
+    // Formula text is UTF-8 throughout, in strings and comments as well: a byte that breaks it
+    // is refused where it stands rather than carried into a value.
+    std::size_t malformed = firstMalformedByte(lexer_.text());
+    if (malformed != std::string_view::npos)
+        throw ScriptError(kInvalidCharacter, {}, static_cast<std::int32_t>(malformed));
     advance();
     while (tok_.kind == Tok::Newline) advance();
     if (tok_.kind == Tok::End) {
@@ -138,60 +144,40 @@ Parser::Operand Parser::parseExpression(int minPrecedence) {
 }
 
 Parser::Operand Parser::parseUnary() {
-    switch (tok_.kind) {
-    case Tok::Minus: {
-        advance();
-        enter();
-        Operand operand = parseUnary();
-        emitUnary(Op::Neg);
-        leave();
-        // A negative number literal stays a literal.
-        const Instr& last = program_->code.back();
-        bool literal =
-            operand.literal && last.op == Op::Const && isNumeric(program_->constants[last.a]);
-        return Operand{literal};
-    }
-    case Tok::Plus: {
-        advance();
-        enter();
-        Operand operand = parseUnary();
-        leave();
-        return operand;
-    }
-    case Tok::Not: {
-        // Not takes a comparison: Not a = b is Not (a = b).
-        advance();
-        parseExpression(kComparisonPrecedence);
-        emitUnary(Op::Not);
-        return Operand{};
-    }
-    default: return parsePower();
-    }
+    if (tok_.kind != Tok::Not) return parsePower();
+    // Not takes a comparison: Not a = b is Not (a = b).
+    advance();
+    parseExpression(kComparisonPrecedence);
+    emitUnary(Op::Not);
+    return Operand{};
 }
 
 Parser::Operand Parser::parsePower() {
-    Operand left = parsePrimary();
+    Operand left = parseSigned();
     while (tok_.kind == Tok::Caret) {
         advance();
-        Operand right = parsePowerOperand();
+        Operand right = parseSigned(); // the exponent may carry its own sign: 2 ^ -1
         emitBinary(Op::Pow, left, right);
         left = Operand{};
     }
     return left;
 }
 
-Parser::Operand Parser::parsePowerOperand() {
-    // The exponent may carry its own sign: 2 ^ -1.
-    if (tok_.kind == Tok::Minus || tok_.kind == Tok::Plus) {
-        bool negate = tok_.kind == Tok::Minus;
-        advance();
-        enter();
-        Operand operand = parsePowerOperand();
-        if (negate) emitUnary(Op::Neg);
-        leave();
-        return negate ? Operand{} : operand;
-    }
-    return parsePrimary();
+// A sign binds tighter than ^: -2 ^ 2 is (-2) ^ 2.
+Parser::Operand Parser::parseSigned() {
+    if (tok_.kind != Tok::Minus && tok_.kind != Tok::Plus) return parsePrimary();
+    bool negate = tok_.kind == Tok::Minus;
+    advance();
+    enter();
+    // A sign may still stand before Not (-Not x), which then takes its comparison.
+    Operand operand = tok_.kind == Tok::Not ? parseUnary() : parseSigned();
+    leave();
+    if (!negate) return operand;
+    emitUnary(Op::Neg);
+    // A negative number literal stays a literal.
+    const Instr& last = program_->code.back();
+    return Operand{operand.literal && last.op == Op::Const &&
+                   isNumeric(program_->constants[last.a])};
 }
 
 Parser::Operand Parser::parsePrimary() {

@@ -40,7 +40,7 @@ private:
     Operand parseExpression(int minPrecedence); // binary operators binding at least this tight
     Operand parseUnary();
     Operand parsePower();
-    Operand parsePowerOperand();
+    Operand parseSigned();
     Operand parsePrimary();
     Operand parseName();
     Operand parsePostfix(Operand operand, const std::string* path);

@@ -5,11 +5,17 @@
 #include "vbscript/operators.h"
 #include "vbscript/script_error.h"
 #include "vbscript/script_object.h"
+#include "vbscript/text16.h"
 
 namespace qvr::vbscript {
 
 void checkStringLength(std::size_t units) {
     if (units > kMaxStringUnits) raise(kOutOfStringSpace);
+}
+
+void checkTextLength(std::string_view utf8) {
+    // A text never has more units than bytes, so only a long one is counted.
+    if (utf8.size() > kMaxStringUnits) checkStringLength(utf16Length(utf8));
 }
 
 void resolveDefault(Variant& v) {

@@ -12,9 +12,11 @@
 
 namespace qvr::vbscript {
 
-// The longest string a function builds (in UTF-16 units); longer is "Out of string space".
+// The longest string a function or `&` builds (in UTF-16 units); longer is "Out of string
+// space".
 constexpr std::size_t kMaxStringUnits = std::size_t{1} << 24;
 void checkStringLength(std::size_t units);
+void checkTextLength(std::string_view utf8); // the same for a text kept in UTF-8
 
 // Replaces an object by its default value; Nothing raises "Object variable not set".
 void resolveDefault(Variant& v);

@@ -153,8 +153,9 @@ void joinFn(CallContext& cx, Variant* args, int argc, Variant* out) {
     std::string result;
     for (std::size_t i = 0; i < items.size(); ++i) {
         if (i) result += delimiter;
-        result += toText(items[i], cx.lcid);
-        checkStringLength(result.size());
+        // A Null item joins as an empty text, as it does with "&".
+        if (!items[i].isNull()) result += toText(items[i], cx.lcid);
+        checkTextLength(result);
     }
     *out = textResult(std::move(result));
 }

@@ -1,8 +1,11 @@
 #include "vbscript/text16.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include <unicode/uchar.h>
+#include <unicode/utf8.h>
 
 #include <qvr/string.h>
 
@@ -30,6 +33,22 @@ constexpr char16_t kAnsiHigh[32] = {
 };
 
 } // namespace
+
+std::size_t firstMalformedByte(std::string_view s) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(s.data());
+    const auto length = static_cast<std::ptrdiff_t>(s.size());
+    for (std::ptrdiff_t i = 0; i < length;) {
+        if (bytes[i] < 0x80) {
+            ++i;
+            continue;
+        }
+        std::ptrdiff_t at = i;
+        UChar32 c;
+        U8_NEXT(bytes, i, length, c); // negative for overlong forms, surrogates, cut sequences
+        if (c < 0) return static_cast<std::size_t>(at);
+    }
+    return std::string_view::npos;
+}
 
 char16_t unitFromAnsi(int code) {
     return code >= 0x80 && code < 0xA0 ? kAnsiHigh[code - 0x80] : static_cast<char16_t>(code);

@@ -10,6 +10,8 @@
 namespace qvr::vbscript {
 
 bool isAscii(std::string_view s);
+// The byte offset of the first byte that is not part of well-formed UTF-8, or npos.
+std::size_t firstMalformedByte(std::string_view s);
 std::size_t utf16Length(std::string_view s);
 // Units [start, start + count) of the UTF-16 form of `s` (clamped to its end), in UTF-8.
 std::string utf16Slice(std::string_view s, std::size_t start, std::size_t count);

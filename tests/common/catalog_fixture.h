@@ -77,6 +77,21 @@ inline Ref<IQVRCatalogPart> newPart(IQVRCatalog* catalog, const char* name) {
     return part;
 }
 
+// A URL to `href` in `language` ("" for none), titled after the address.
+inline Ref<IQVRCatalogURL> newURL(IQVRCatalog* catalog, const char* href,
+                                  const char* language = "") {
+    Ref<IQVRCatalogURL> url;
+    EXPECT_EQ(catalog->createURL(href, href, language, &url), S_OK);
+    return url;
+}
+
+// An image of `href`.
+inline Ref<IQVRCatalogImage> newImage(IQVRCatalog* catalog, const char* href) {
+    Ref<IQVRCatalogImage> image;
+    EXPECT_EQ(catalog->createImage(newURL(catalog, href), &image), S_OK);
+    return image;
+}
+
 // A catalog holding the chapter Top, which holds Inner, which holds the part M8.
 struct NestedTree {
     Ref<IQVRCatalog> catalog = newCatalog();

@@ -1,6 +1,5 @@
 // Classes whose own operations arrive later, declared the way every class of the model is: an
-// interface and an object type, nothing more. They let the tests place groups below chapters and
-// parts and meet a container with a last child guard.
+// interface and an object type, nothing more. They let the tests place groups below parts.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,13 +11,7 @@
 
 namespace qvr::testing {
 
-class StandInImages final : public CatalogObject<IQVRCatalogImages, qvrImages> {};
-class StandInImage final : public CatalogObject<IQVRCatalogObject, qvrImage> {};
-class StandInLink final : public CatalogObject<IQVRCatalogLink, qvrLink> {};
-class StandInExtrinsics final : public CatalogObject<IQVRCatalogExtrinsics, qvrExtrinsics> {};
 class StandInOrderInfo final : public CatalogObject<IQVRCatalogOrderInfo, qvrOrderInfo> {};
-class StandInClassifications final
-    : public CatalogObject<IQVRCatalogClassifications, qvrClassifications> {};
 
 // A new object of class T in `catalog`'s document, standing in no tree.
 template <class T>

@@ -100,13 +100,17 @@ TEST(ChapterAndPart, NameVisibilityAndDescription) {
 TEST(ChapterAndPart, GroupsLandAtTheirPlaceInTheChildOrder) {
     Ref<IQVRCatalog> catalog = newCatalog();
     Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
+    Ref<IQVRCatalogClass> etim;
+    Ref<IQVRCatalogClassifications> classes;
+    ASSERT_EQ(catalog->createClass("ETIM", "EC000123", &etim), S_OK);
+    ASSERT_EQ(catalog->createClassifications(etim, &classes), S_OK);
+    Ref<IQVRCatalogImages> images;
+    ASSERT_EQ(catalog->createImages(newImage(catalog, "m8.png"), &images), S_OK);
     Listener listener(catalog);
 
     ASSERT_EQ(part->putref_orderInfo(makeStandIn<StandInOrderInfo>(catalog)->self()), S_OK);
-    ASSERT_EQ(part->putref_classifications(makeStandIn<StandInClassifications>(catalog)->self()),
-              S_OK);
-    Ref<StandInImages> images = makeStandIn<StandInImages>(catalog);
-    ASSERT_EQ(part->putref_images(images->self()), S_OK);
+    ASSERT_EQ(part->putref_classifications(classes), S_OK);
+    ASSERT_EQ(part->putref_images(images), S_OK);
     EXPECT_EQ(childTags(part), "Desc Images OrderInfo Classifications TableRef");
     Ref<IQVRCatalogObject> parent;
     ASSERT_EQ(images->get_parentNode(&parent), S_OK);
@@ -138,13 +142,13 @@ TEST(ChapterAndPart, GroupsLandAtTheirPlaceInTheChildOrder) {
     ASSERT_EQ(catalog->get_childNodes(&chapters), S_OK);
     ASSERT_EQ(chapters->getItem(1, &first), S_OK);
     ASSERT_EQ(chapters->getItem(2, &second), S_OK);
-    ASSERT_EQ(query<IQVRCatalogChapter>(first)->putref_extrinsics(
-                  makeStandIn<StandInExtrinsics>(catalog)->self()),
-              S_OK);
+    Ref<IQVRCatalogExtrinsics> extrinsics;
+    ASSERT_EQ(catalog->createExtrinsics(&extrinsics), S_OK);
+    ASSERT_EQ(query<IQVRCatalogChapter>(first)->putref_extrinsics(extrinsics), S_OK);
     EXPECT_EQ(childTags(first), "Desc ActiveXs Extrinsics Part Part");
-    ASSERT_EQ(
-        query<IQVRCatalogChapter>(second)->putref_link(makeStandIn<StandInLink>(catalog)->self()),
-        S_OK);
+    Ref<IQVRCatalogLink> chapterLink;
+    ASSERT_EQ(catalog->createLink(newURL(catalog, "http://example.com/"), &chapterLink), S_OK);
+    ASSERT_EQ(query<IQVRCatalogChapter>(second)->putref_link(chapterLink), S_OK);
     EXPECT_EQ(childTags(second), "Link Part");
 }
 
@@ -153,7 +157,7 @@ TEST(ChapterAndPart, ChildrenOfChaptersAndParts) {
     Ref<IQVRCatalogChapter> chapter = newChapter(catalog, "Bolts");
     Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
 
-    EXPECT_EQ(chapter->appendChild(makeStandIn<StandInImage>(catalog)->self(), nullptr), E_FAIL);
+    EXPECT_EQ(chapter->appendChild(newImage(catalog, "m8.png"), nullptr), E_FAIL);
     EXPECT_EQ(lastError(), "You can only append Chapters or Parts as a child of this object.");
     Ref<IQVRCatalogObject> result = chapter.get();
     EXPECT_EQ(part->appendChild(chapter, &result), S_FALSE);

@@ -94,6 +94,7 @@ TEST_F(Freezing, StopsAtTheFirstFailure) {
     columnNamed(table, "Weight")->get_objectType(&type);
     EXPECT_EQ(type, qvrCalculatedColumn);
     EXPECT_EQ(rowKeys(table), "A-10 A-20 B-30");
+    EXPECT_TRUE(tableIsWellFormed(table));
 }
 
 TEST(FreezingWithoutRows, AnswersFalseAndKeepsTheColumns) {

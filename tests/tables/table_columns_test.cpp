@@ -1,6 +1,7 @@
 // Columns: their description, their place among the table's children, and the rows of the cells
 // they bring along or take away.
-#include "common/stand_in_classes.h"
+#include "content/classification.h"
+#include "core/object_factory.h"
 #include "tables/table_fixture.h"
 
 namespace qvr::testing {
@@ -170,9 +171,9 @@ TEST(TableColumns, ExtrinsicsTakeTheirPlaces) {
     Ref<IXMLDOMDocument> document;
     ASSERT_EQ(table->get_domNode(&root), S_OK);
     ASSERT_EQ(root->get_ownerDocument(&document), S_OK);
-    Ref<StandInExtrinsics> forTable, forColumn;
-    ASSERT_EQ(createNewWrapper<StandInExtrinsics>(document, table, &forTable), S_OK);
-    ASSERT_EQ(createNewWrapper<StandInExtrinsics>(document, table, &forColumn), S_OK);
+    Ref<CQVRCatalogExtrinsics> forTable, forColumn;
+    ASSERT_EQ(createNewWrapper<CQVRCatalogExtrinsics>(document, table, &forTable), S_OK);
+    ASSERT_EQ(createNewWrapper<CQVRCatalogExtrinsics>(document, table, &forColumn), S_OK);
     TableListener listener(table);
 
     ASSERT_EQ(table->putref_extrinsics(forTable), S_OK);
@@ -180,6 +181,17 @@ TEST(TableColumns, ExtrinsicsTakeTheirPlaces) {
     ASSERT_EQ(length->putref_extrinsics(forColumn), S_OK);
     EXPECT_EQ(childTags(length), "Extrinsics Row");
     EXPECT_EQ(listener.take(), "changed Table | changed Length");
+    // Both hand their Extrinsics out as objects, whose changes reach the table's sinks.
+    Ref<IQVRCatalogExtrinsics> fromTable, fromColumn;
+    ASSERT_EQ(table->get_extrinsics(&fromTable), S_OK);
+    ASSERT_EQ(length->get_extrinsics(&fromColumn), S_OK);
+    Ref<CQVRCatalogExtrinsic> extra;
+    ASSERT_EQ(createNewWrapper<CQVRCatalogExtrinsic>(document, table, &extra), S_OK);
+    ASSERT_EQ(extra->put_name("origin"), S_OK);
+    listener.take();
+    ASSERT_EQ(fromTable->appendChild(extra, nullptr), S_OK);
+    EXPECT_EQ(childTags(fromTable), "Extrinsic");
+    EXPECT_EQ(listener.take(), "inserted origin");
     Ref<IQVRCatalogObjectList> cells;
     ASSERT_EQ(length->get_childNodes(&cells), S_OK);
     EXPECT_EQ(keysIn(cells), "A"); // the Extrinsics are no cell

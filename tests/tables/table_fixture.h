@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <qvr/table.h>
 
@@ -65,6 +69,56 @@ inline std::string columnNames(IQVRCatalogTable* table) {
     Ref<IQVRCatalogObjectList> columns;
     table->get_childNodes(&columns);
     return columns ? namesIn(columns) : std::string();
+}
+
+// What a table document keeps whatever was done to it, a failed operation included: ids are
+// unique, every row has an id and a key of its own, every idref names a row, and a column holds
+// at most one cell per row. Answers the first rule that is broken.
+inline ::testing::AssertionResult tableIsWellFormed(IQVRCatalogTable* table) {
+    Ref<IXMLDOMElement> root;
+    if (!table || table->get_domNode(&root) != S_OK || !root)
+        return ::testing::AssertionFailure() << "the table has no document";
+    std::set<std::string> ids, rowIds, keys;
+    std::vector<std::pair<int, std::string>> idrefs; // the holder's number, the idref
+    std::string broken;
+    int numbered = 0;
+    const std::function<void(IXMLDOMNode*, int)> walk = [&](IXMLDOMNode* node, int holder) {
+        Ref<IXMLDOMElement> element = query<IXMLDOMElement>(node);
+        if (!element) return;
+        const int self = ++numbered;
+        String tag, id, idref;
+        element->get_tagName(&tag);
+        const bool hasId = element->getAttribute("id", &id) == S_OK;
+        if (hasId && !ids.insert(id.str()).second) broken = "the id " + id.str() + " is not unique";
+        if (tag == "RowUnique") {
+            String key;
+            element->get_text(&key);
+            if (!hasId || id.isEmpty()) broken = "the row " + key.str() + " has no id";
+            if (!keys.insert(key.str()).second) broken = "two rows have the key " + key.str();
+            rowIds.insert(id.str());
+        }
+        if (element->getAttribute("idref", &idref) == S_OK)
+            idrefs.emplace_back(holder, idref.str());
+        Ref<IXMLDOMNode> child;
+        element->get_firstChild(&child);
+        while (child && broken.empty()) {
+            walk(child, self);
+            Ref<IXMLDOMNode> next;
+            child->get_nextSibling(&next);
+            child = std::move(next);
+        }
+    };
+    walk(root, 0);
+    std::set<std::pair<int, std::string>> cells;
+    for (const auto& cell : idrefs) {
+        if (!broken.empty()) break;
+        if (!rowIds.count(cell.second))
+            broken = "the idref " + cell.second + " names no row";
+        else if (!cells.insert(cell).second)
+            broken = "a column holds two cells of the row " + cell.second;
+    }
+    if (broken.empty()) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << broken;
 }
 
 // The row object of `key`, or null.

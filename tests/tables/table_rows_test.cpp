@@ -25,12 +25,11 @@ TEST(TableRows, ComeWithTheirFirstCellAndGoWithTheirLast) {
     ASSERT_EQ(addCell(table, width, "A-10", Variant(4.0)), S_OK);
     ASSERT_EQ(addCell(table, width, "A-20", Variant(5.0)), S_OK);
     EXPECT_EQ(rowKeys(table), "A-10 A-20");
-    Variant lengthIdref, widthIdref, rowId;
+    Variant lengthIdref, widthIdref;
     ASSERT_EQ(length->getValue("Row/@idref", &lengthIdref), S_OK);
     ASSERT_EQ(width->getValue("Row[1]/@idref", &widthIdref), S_OK);
-    ASSERT_EQ(uniqueColumnOf(table)->getValue("RowUnique[1]/@id", &rowId), S_OK);
-    EXPECT_EQ(lengthIdref, rowId);
-    EXPECT_EQ(widthIdref, rowId);
+    EXPECT_EQ(lengthIdref, widthIdref);
+    EXPECT_TRUE(tableIsWellFormed(table));
     listener.take();
 
     // The row survives the removal of one of its cells, and goes with the last.
@@ -61,7 +60,7 @@ TEST(TableRows, ASecondCellForARowInOneColumnIsRefusedAndTakenOut) {
     EXPECT_EQ(lastError(), "The cell is already attached to this object.");
     EXPECT_FALSE(inserted);
     EXPECT_EQ(listener.take(), ""); // nothing was told of the cell that came and went
-    EXPECT_EQ(childTags(length), "Row");
+    EXPECT_TRUE(tableIsWellFormed(table));
     EXPECT_EQ(valueAt(table, length, "A-10"), Variant("1"));
     Ref<IXMLDOMElement> node;
     Ref<IXMLDOMNode> parent;
@@ -97,8 +96,7 @@ TEST(TableRows, RemovingARowTakesItsCellsOutOfEveryColumn) {
     EXPECT_EQ(listener.take(), "removed Cell A | removed Cell A | removed Cell A | removed Row A");
     EXPECT_EQ(keyOf(removed), "A");
     EXPECT_EQ(rowKeys(table), "B");
-    EXPECT_EQ(childTags(columns[0]), "");
-    EXPECT_EQ(childTags(columns[1]), "Row");
+    EXPECT_TRUE(tableIsWellFormed(table));
     EXPECT_EQ(valueAt(table, columns[1], "B"), Variant("2"));
 }
 
@@ -154,6 +152,7 @@ TEST(TableRows, TheUniqueColumnMakesRowsWithoutCellsAndRowsChangeTheirKey) {
     EXPECT_EQ(value->put_row("B"), S_OK);
     EXPECT_EQ(keyOf(value), "B");
     EXPECT_EQ(listener.take(), "");
+    EXPECT_TRUE(tableIsWellFormed(table));
 }
 
 // Six rows A to F, with cells in a full column and in one with gaps.
@@ -193,6 +192,7 @@ TEST(TableRows, MoveRowsByPlaceAndByAnArrayOfPlaces) {
         ASSERT_EQ(uniqueColumnOf(rows.table)->moveRows(places, Variant(std::int32_t(5))), S_OK);
         EXPECT_EQ(rowKeys(rows.table), "C D A B E F");
         EXPECT_EQ(rows.cellsOf(rows.full), "C D A B E F");
+        EXPECT_TRUE(tableIsWellFormed(rows.table));
     }
     {
         SixRows rows;

@@ -121,6 +121,9 @@ TEST(VbscriptFunctions, Strings) {
         {"Space(3) & \"x\"", "8\t\"   x\""},
         {"Space(-1)", "error\t5\tInvalid procedure call or argument: 'Space'"},
         {"Space(2000000000)", "error\t14\tOut of string space: 'Space'"},
+        // The limit holds for "&" as for the functions.
+        {"Len(Space(16777216) & \"\")", "3\t16777216"},
+        {"Space(16777216) & 1", "error\t14\tOut of string space"},
         {"String(3, \"ab\")", "8\t\"aaa\""},
         {"String(2, 65)", "8\t\"AA\""},
         {"String(2, 321)", "8\t\"AA\""},
@@ -150,6 +153,7 @@ TEST(VbscriptFunctions, Strings) {
         {"Join(Array(1, 2, 3), \"-\")", "8\t\"1-2-3\""},
         {"Join(Array(\"a\", \"b\"))", "8\t\"a b\""},
         {"Join(1)", "error\t13\tType mismatch: 'Join'"},
+        {"Join(Array(\"a\", Null, \"b\"), \"-\")", "8\t\"a--b\""},
         {"Split(\"a,b,c\", \",\")", "8204\tArray(\"a\", \"b\", \"c\")"},
         {"Split(\"a,b,c\", \",\", 2)", "8204\tArray(\"a\", \"b,c\")"},
         {"Split(\"aXbxc\", \"x\", -1, 1)", "8204\tArray(\"a\", \"b\", \"c\")"},

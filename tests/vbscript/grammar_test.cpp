@@ -16,7 +16,12 @@ TEST(VbscriptGrammar, LiteralsTakeTheirTypeFromTheirSize) {
         {"&H8000", "2\t-32768"},
         {"&HFFFF&", "3\t65535"},
         {"&H10000", "3\t65536"},
-        {"&HFFFFFFFF", "3\t-1"},
+        // A radix literal's type follows its value, whatever the suffix.
+        {"&HFFFFFFFF", "2\t-1"},
+        {"&HFF&", "2\t255"},
+        {"&HFFFFFFFF&", "2\t-1"},
+        {"&H8000&", "3\t32768"},
+        {"&O177777&", "3\t65535"},
         {"&hff", "2\t255"},
         {"&O17", "2\t15"},
         {"&O177777", "2\t-1"},
@@ -42,9 +47,12 @@ TEST(VbscriptGrammar, LiteralsTakeTheirTypeFromTheirSize) {
 
 TEST(VbscriptGrammar, PrecedenceAndAssociativity) {
     expectCases({
-        // Exponent binds tighter than negation; the exponent may carry its own sign.
-        {"-2^2", "5\t-4"},
+        // A sign binds tighter than ^, in the base as in the exponent.
+        {"-2^2", "5\t4"},
+        {"-(2^2)", "5\t-4"},
         {"2^-1", "5\t0.5"},
+        {"-2^-2", "5\t0.25"},
+        {"2 * -3^2", "5\t18"},
         {"2^3^2", "5\t64"},
         {"2+3*4", "2\t14"},
         {"10-4-3", "2\t3"},
@@ -62,10 +70,15 @@ TEST(VbscriptGrammar, PrecedenceAndAssociativity) {
         {"True Xor True Or True", "11\tFalse"},
         // Comparisons chain from the left.
         {"1 < 2 < 3", "11\tTrue"},
+        // Two-sign comparisons are taken in either order.
+        {"1 =< 2", "11\tTrue"},
+        {"1 => 2", "11\tFalse"},
+        {"1 >< 2", "11\tTrue"},
         {"3 > 2 > 1", "11\tFalse"},
         {"(1 + 2) * 3", "2\t9"},
         {"+5", "2\t5"},
         {"- -5", "2\t5"},
+        {"-Not 1", "2\t2"},
     });
 }
 
@@ -102,6 +115,14 @@ TEST(VbscriptGrammar, CompileErrorsCarryTheLanguageNumbers) {
         {"x = 1 Then", "error\t1025\tExpected end of statement"},
         {"@", "error\t1032\tInvalid character"},
         {"1 $ 2", "error\t1032\tInvalid character"},
+        {"&HFFFF%", "error\t1032\tInvalid character"}, // no type characters but "&"
+        {"1 = < 2", "error\t1023\tExpected expression"},
+        // Text that is not UTF-8 is refused wherever it stands.
+        {"\"a\xFF\"", "error\t1032\tInvalid character"},
+        {"\"\xED\xA0\x80\"", "error\t1032\tInvalid character"}, // an encoded surrogate
+        {"\"\xC0\xAF\"", "error\t1032\tInvalid character"},     // an overlong form
+        {"1 ' \xE2\x82", "error\t1032\tInvalid character"},
+        {"\"\xE2\x82\xAC\"", "8\t\"\xE2\x82\xAC\""},
         {"1E", "error\t1031\tInvalid number"},
         {"1E999", "error\t1031\tInvalid number"},
         {"&H123456789", "error\t1031\tInvalid number"},

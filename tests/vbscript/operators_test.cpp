@@ -108,7 +108,11 @@ TEST(VbscriptOperators, ComparisonsFollowTheLiteralRule) {
         {"CStr(10) > 9", "11\tTrue"},
         {"CStr(10) > CInt(9)", "11\tTrue"}, // neither is a literal: the text is greater
         {"CStr(1) = CInt(1)", "11\tFalse"},
-        {"\"True\" = True", "11\tTrue"},
+        // A Boolean is a number: a literal True reads the text as a number.
+        {"\"-1\" = True", "11\tTrue"},
+        {"\"True\" = True", "error\t13\tType mismatch: '[string: \"True\"]'"},
+        {"\"True\" = (1 = 1)", "11\tTrue"},
+        {"(1 = 1) < CStr(0)", "11\tTrue"},
         {"#1/1/2000# < #1/2/2000#", "11\tTrue"},
     });
 }

@@ -19,9 +19,12 @@ inline const char* chars(const xmlChar* text) {
 
 // Takes over a string libxml2 allocated; null gives the empty text.
 inline String takeString(xmlChar* text) {
-    String result(chars(text));
-    xmlFree(text);
-    return result;
+    // Freed also when the copy runs out of memory.
+    struct Owner {
+        xmlChar* text;
+        ~Owner() { xmlFree(text); }
+    } owner{text};
+    return String(chars(text));
 }
 
 // The text of a node as XPath sees it (an element's: all its text below).

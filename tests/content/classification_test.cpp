@@ -1,0 +1,102 @@
+// Classes by domain, and extrinsics holding a text or a copy of an element.
+#include <gtest/gtest.h>
+
+#include "common/catalog_fixture.h"
+
+namespace qvr::testing {
+namespace {
+
+Ref<IQVRCatalogClass> newClass(IQVRCatalog* catalog, const char* domain, const char* value) {
+    Ref<IQVRCatalogClass> result;
+    EXPECT_EQ(catalog->createClass(domain, value, &result), S_OK);
+    return result;
+}
+
+TEST(Classification, OneClassPerDomain) {
+    Ref<IQVRCatalog> catalog = newCatalog();
+    Ref<IQVRCatalogClass> etim = newClass(catalog, "ETIM", "EC000123");
+    Ref<IQVRCatalogClassifications> classes;
+    ASSERT_EQ(catalog->createClassifications(etim, &classes), S_OK);
+    Ref<IQVRCatalogClass> eclass = newClass(catalog, "eCl@ss", "23-11-01-01");
+    ASSERT_EQ(classes->appendChild(eclass, nullptr), S_OK);
+    EXPECT_EQ(keyOf(etim), "ETIM");
+    Ref<IQVRCatalogClass> twin = newClass(catalog, "ETIM", "other");
+    Listener listener(catalog);
+
+    // A second class of a domain, by insertion or by renaming, is refused and changes nothing.
+    EXPECT_EQ(classes->appendChild(twin, nullptr), E_FAIL);
+    EXPECT_EQ(lastError(), "A child with the same id already exists.");
+    EXPECT_EQ(eclass->put_domain("ETIM"), E_FAIL);
+    EXPECT_EQ(lastError(), "A child with the same id already exists.");
+    EXPECT_EQ(keyOf(eclass), "eCl@ss");
+    EXPECT_EQ(childTags(classes), "Class Class");
+    EXPECT_EQ(listener.take(), "");
+    // Its own domain passes and is told; the empty one removes it, and with it the key.
+    ASSERT_EQ(etim->put_domain("ETIM"), S_OK);
+    ASSERT_EQ(etim->put_domain(""), S_OK);
+    String key("kept");
+    EXPECT_EQ(etim->get_key(&key), S_FALSE);
+    EXPECT_EQ(listener.take(), "changed #5 | changed #5");
+    ASSERT_EQ(eclass->put_domain(nullptr), S_OK); // two without a domain never clash
+
+    // Only classes enter, and the last one stays.
+    EXPECT_EQ(classes->appendChild(newChapter(catalog, "x"), nullptr), E_FAIL);
+    EXPECT_EQ(lastError(), "You can only append childs from type Class.");
+    ASSERT_EQ(classes->removeChild(etim, nullptr), S_OK);
+    EXPECT_EQ(classes->removeChild(eclass, nullptr), E_FAIL);
+    EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
+    EXPECT_EQ(childTags(classes), "Class");
+    Ref<IQVRCatalogClass> none;
+    EXPECT_EQ(catalog->createClass("ETIM", nullptr, &none), E_INVALIDARG);
+}
+
+TEST(Extrinsic, HoldsATextOrACopyOfAnElement) {
+    NestedTree t;
+    Ref<IQVRCatalog>& catalog = t.catalog;
+    Ref<IQVRCatalogExtrinsic> extra;
+    ASSERT_EQ(catalog->createExtrinsic("origin", &extra), S_OK);
+    EXPECT_EQ(keyOf(extra), "origin");
+    Ref<IQVRCatalogObject> content;
+    EXPECT_EQ(extra->get_content(&content), S_FALSE);
+    Listener listener(catalog);
+
+    // A text: read as the value; it is no object.
+    ASSERT_EQ(extra->put_value("made in Ulm"), S_OK);
+    EXPECT_EQ(extra->get_content(&content), E_FAIL);
+    EXPECT_FALSE(content);
+
+    // A copy of a part replaces the text; the part stays where it stood.
+    ASSERT_EQ(t.part->put_desc("zinc plated"), S_OK);
+    ASSERT_EQ(extra->putref_content(t.part), S_OK);
+    EXPECT_EQ(childTags(extra), "Part");
+    ASSERT_EQ(extra->get_content(&content), S_OK);
+    EXPECT_EQ(nameOf(content), "M8");
+    EXPECT_EQ(keyOf(content), keyOf(t.part)); // a copy, ids untouched
+    EXPECT_EQ(childTags(t.inner), "Desc Part");
+    String value;
+    ASSERT_EQ(extra->get_value(&value), S_OK);
+    EXPECT_EQ(value, "zinc plated");
+    // The copy does not follow its source, and a text replaces it again.
+    ASSERT_EQ(t.part->put_name("M10"), S_OK);
+    EXPECT_EQ(nameOf(content), "M8");
+    ASSERT_EQ(extra->put_value("again a text"), S_OK);
+    EXPECT_EQ(childTags(extra), "#text");
+    EXPECT_EQ(listener.take(),
+              "changed origin | changed M8 | changed origin | changed M10 | changed origin");
+    EXPECT_EQ(extra->putref_content(nullptr), E_INVALIDARG);
+
+    // Extrinsics: two of one name side by side, any other kind refused, emptied at will.
+    Ref<IQVRCatalogExtrinsics> extrinsics;
+    ASSERT_EQ(catalog->createExtrinsics(&extrinsics), S_OK);
+    Ref<IQVRCatalogExtrinsic> twin;
+    ASSERT_EQ(catalog->createExtrinsic("origin", &twin), S_OK);
+    ASSERT_EQ(extrinsics->appendChild(extra, nullptr), S_OK);
+    ASSERT_EQ(extrinsics->appendChild(twin, nullptr), S_OK);
+    EXPECT_EQ(extrinsics->appendChild(t.part, nullptr), E_FAIL);
+    EXPECT_EQ(lastError(), "You can only append a Extrinsic as child of this object.");
+    ASSERT_EQ(extrinsics->removeChild(extra, nullptr), S_OK);
+    ASSERT_EQ(extrinsics->removeChild(twin, nullptr), S_OK); // the last one too
+}
+
+} // namespace
+} // namespace qvr::testing
