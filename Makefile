@@ -5,7 +5,7 @@ PACKAGES := g++ cmake ninja-build pkg-config libxml2-dev libicu-dev libgtest-dev
 JOBS ?= $(shell nproc)
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: deps demo test test-asan bench format clean
+.PHONY: deps demo test test-asan test-release test-clang fuzz bench format clean
 
 deps:
 	@missing=""; for p in $(PACKAGES); do \
@@ -30,6 +30,36 @@ test-asan: deps
 	cmake --preset asan
 	cmake --build --preset asan -j $(JOBS)
 	ctest --preset asan -j $(JOBS)
+
+# The suite optimised, as a release is built.
+test-release: deps
+	cmake --preset release-tests
+	cmake --build --preset release-tests -j $(JOBS)
+	ctest --preset release-tests -j $(JOBS)
+
+# The suite built by clang under ASan+UBSan; the same build holds the fuzz targets (libFuzzer
+# comes with clang's runtime libraries).
+test-clang fuzz: PACKAGES += clang libclang-rt-14-dev
+test-clang: deps
+	cmake --preset clang
+	cmake --build --preset clang -j $(JOBS)
+	ctest --preset clang -j $(JOBS)
+
+# Each fuzz target for FUZZ_SECONDS from its corpus in fuzz/corpus/<target>; new inputs go to
+# build/clang/corpus, a crash (written to build/clang/) fails the run.
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS := dom_load_fuzz vbscript_parse_fuzz
+fuzz: deps
+	cmake --preset clang
+	cmake --build --preset clang -j $(JOBS) --target $(FUZZ_TARGETS)
+	@for t in $(FUZZ_TARGETS); do \
+	  mkdir -p build/clang/corpus/$$t; \
+	  echo "== $$t, $(FUZZ_SECONDS) s"; \
+	  ./build/clang/fuzz/$$t -max_total_time=$(FUZZ_SECONDS) -timeout=10 -print_final_stats=1 \
+	    -artifact_prefix=build/clang/ build/clang/corpus/$$t fuzz/corpus/$$t 2>build/clang/$$t.log \
+	    || { tail -50 build/clang/$$t.log; exit 1; }; \
+	  grep -E '^stat::number_of_executed_units|^Done' build/clang/$$t.log; \
+	done
 
 bench: deps
 	cmake --preset release

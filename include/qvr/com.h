@@ -133,6 +133,10 @@ public:
     Ref(Ref&& o) noexcept : p_(std::exchange(o.p_, nullptr)) {}
     template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
     Ref(const Ref<U>& o) : Ref(static_cast<T*>(o.get())) {}
+    // Takes over the reference of a Ref to a derived class (makeObject's result, typically)
+    // instead of adding one and dropping the other.
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    Ref(Ref<U>&& o) noexcept : p_(o.detach()) {}
     ~Ref() { reset(); }
 
     Ref& operator=(const Ref& o) {

@@ -50,6 +50,9 @@ public:
     bool equalsIgnoreCase(std::string_view other) const;
     // <0, 0, >0 after case folding.
     int compareIgnoreCase(std::string_view other) const;
+    // The text as those comparisons see it: each code point folded (a malformed byte as
+    // U+FFFD), in UTF-8. Two texts are equal ignoring case exactly when these are equal.
+    std::string caseFolded() const;
 
     // The bytes for changing in place; the text is no longer null.
     std::string* mutableText() {

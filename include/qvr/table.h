@@ -50,30 +50,39 @@ public:
     virtual HRESULT save(VARIANT_BOOL* ok) = 0;
     virtual HRESULT saveAs(const Variant& url, VARIANT_BOOL* ok) = 0;
 
-    // New objects of the table, standing in no tree until a parent inserts them. The kinds whose
-    // classes do not exist yet answer E_NOTIMPL.
+    // New objects of the table, standing in no tree until a parent inserts them. The URL, the
+    // images and the referenced files are those a view carries; a null argument of createURL,
+    // createImage or createImages answers E_INVALIDARG.
     virtual HRESULT createURL(const String& href, const String& title, const String& language,
                               Ref<IQVRCatalogURL>* url) = 0;
     virtual HRESULT createImage(IQVRCatalogObject* url, Ref<IQVRCatalogImage>* image) = 0;
     virtual HRESULT createImages(IQVRCatalogObject* image, Ref<IQVRCatalogImages>* images) = 0;
     virtual HRESULT createReferencedFiles(IQVRCatalogObject* reference,
                                           Ref<IQVRCatalogReferencedFiles>* files) = 0;
+    // A view of drawings of the side `viewKey` (E_INVALIDARG for a number that names no side);
+    // an empty `viewName` or `desc` is not written.
     virtual HRESULT createView(QVRViewKey viewKey, const String& viewName, const String& desc,
                                VARIANT_BOOL visible, Ref<IQVRTableView>* view) = 0;
+    // A drawing at the path or URL `value` for the row whose key is `key`.
     virtual HRESULT createDrawing(const String& key, const String& value,
                                   Ref<IQVRTableDrawing>* drawing) = 0;
     // A cell with `value` for the row whose key is `key` (made when the cell is inserted).
     virtual HRESULT createCell(const String& key, const Variant& value,
                                Ref<IQVRTableCell>* cell) = 0;
+    // A link `value` for the row `key`; an empty `desc` or `title` is not written.
     virtual HRESULT createRefCell(const String& key, const String& value, const String& desc,
                                   const String& title, Ref<IQVRTableRefCell>* cell) = 0;
     // A column with a new id; a hidden column (visible VARIANT_FALSE) carries visible="0".
     virtual HRESULT createColumn(QVRColumnDataType dataType, const String& name,
                                  const String& attrib, const String& desc, const String& unit,
                                  VARIANT_BOOL visible, Ref<IQVRTableColumn>* column) = 0;
+    // A reference column (QVRRefRole, QVRRefShow, QVRRefActuate; the undefined show and actuate
+    // are not written). E_INVALIDARG for a number that names no word.
     virtual HRESULT createRefColumn(std::int32_t role, const String& name, const String& desc,
                                     std::int32_t show, std::int32_t actuate, VARIANT_BOOL visible,
                                     Ref<IQVRTableRefColumn>* column) = 0;
+    // A const view with `recipe` as its first recipe: a null one answers E_POINTER and makes no
+    // view.
     virtual HRESULT createConstView(QVRViewKey viewKey, IQVRCatalogObject* recipe,
                                     const String& viewName, const String& desc,
                                     VARIANT_BOOL visible, Ref<IQVRTableConstView>* view) = 0;

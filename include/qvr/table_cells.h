@@ -54,15 +54,29 @@ public:
     virtual HRESULT put_path(const String& path) = 0;
 };
 
-// The kinds of cell that arrive with their own operations later.
+// A drawing of a view: the path or URL of a drawing file of the row's part. A relative path is
+// stored with forward slashes, an absolute one as a file URL, and a URL as it stands.
 class QVR_API IQVRTableDrawing : public IQVRTableCellObject {
 public:
     QVR_INTERFACE_ID(IQVRTableDrawing)
+
+    virtual HRESULT get_value(String* value) = 0;
+    virtual HRESULT put_value(const String& value) = 0;
 };
 
+// A link of a reference column, with a description and a title. The link is stored as a
+// drawing's path is.
 class QVR_API IQVRTableRefCell : public IQVRTableCellObject {
 public:
     QVR_INTERFACE_ID(IQVRTableRefCell)
+
+    virtual HRESULT get_value(String* value) = 0;
+    virtual HRESULT put_value(const String& value) = 0;
+    // A null or empty text removes the attribute (and tells of it only when there was one).
+    virtual HRESULT get_desc(String* desc) = 0;
+    virtual HRESULT put_desc(const String& desc) = 0;
+    virtual HRESULT get_title(String* title) = 0;
+    virtual HRESULT put_title(const String& title) = 0;
 };
 
 } // namespace qvr

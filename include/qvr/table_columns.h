@@ -10,6 +10,7 @@
 #include <cstdint>
 
 #include <qvr/classification.h>
+#include <qvr/media.h>
 #include <qvr/object.h>
 
 namespace qvr {
@@ -118,22 +119,69 @@ public:
     virtual HRESULT calculate(const Variant& row, Variant* result) = 0;
 };
 
-// The kinds that arrive with their own operations later.
+// The role of a reference column's links in the words of XLink, stored by name in `role`. How
+// they are shown and followed (`show`, `actuate`) takes the words of a URL (QVRURLShow,
+// QVRURLActuate), whose undefined values stand for no attribute in a reference column.
+enum QVRRefRole : std::int32_t {
+    qvrRoleBr = 0,  // "br"
+    qvrRoleImg = 1, // "img"
+};
+
+// A column of links, one `RowRef` cell per row (IQVRTableRefCell). It has no data type and no
+// unit: those operations answer E_NOTIMPL. Its formulas never see it.
 class QVR_API IQVRTableRefColumn : public IQVRTableColumnObject {
 public:
     QVR_INTERFACE_ID(IQVRTableRefColumn)
+
+    // Each getter reads its word (case-sensitive); a word it does not know reads as qvrRoleBr,
+    // qvrShowUndefined or qvrActuateUndefined. An absent attribute gives S_FALSE and leaves the
+    // number alone. A setter writes the word and tells of the change; a number that names no
+    // word is refused with E_INVALIDARG.
+    virtual HRESULT get_role(std::int32_t* role) = 0;
+    virtual HRESULT put_role(std::int32_t role) = 0;
+    // qvrShowUndefined removes the attribute (and tells of it only when there was one).
+    virtual HRESULT get_show(std::int32_t* show) = 0;
+    virtual HRESULT put_show(std::int32_t show) = 0;
+    // qvrActuateUndefined removes the attribute, as for `show`.
+    virtual HRESULT get_actuate(std::int32_t* actuate) = 0;
+    virtual HRESULT put_actuate(std::int32_t actuate) = 0;
 };
 
+// What views share: the side they show, a name, and the view's images and the files its
+// drawings refer to. `Images`, `XRefFiles` and `Extrinsics` stand first, in this order, ahead
+// of the view's other children.
 class QVR_API IQVRTableViewObject : public IQVRTableChildObject {
 public:
     QVR_INTERFACE_ID(IQVRTableViewObject)
+
+    // A `viewKey` that names none of the seven sides reads as qvrViewUndefined; an absent one
+    // gives S_FALSE and leaves `viewKey` alone.
+    virtual HRESULT get_viewKey(QVRViewKey* viewKey) = 0;
+    // E_INVALIDARG for a number that names no side.
+    virtual HRESULT put_viewKey(QVRViewKey viewKey) = 0;
+    virtual HRESULT get_viewName(String* viewName) = 0;
+    virtual HRESULT put_viewName(const String& viewName) = 0;
+    // Absent: S_FALSE and null.
+    virtual HRESULT get_images(Ref<IQVRCatalogImages>* images) = 0;
+    // Sets, replaces or (null) removes the images; new ones go first.
+    virtual HRESULT putref_images(IQVRCatalogObject* images) = 0;
+    // Absent: S_FALSE and null.
+    virtual HRESULT get_xRefFiles(Ref<IQVRCatalogReferencedFiles>* files) = 0;
+    // New files go right behind the images, or first. Null removes them (S_FALSE when there are
+    // none). Files given to a view that has files already take the place of its images, and the
+    // old files stay: a view without images then answers S_FALSE and changes nothing.
+    virtual HRESULT putref_xRefFiles(IQVRCatalogObject* files) = 0;
 };
 
+// A column of drawings, one `Drawing` cell per row (IQVRTableDrawing), all seen from one side.
 class QVR_API IQVRTableView : public IQVRTableViewObject {
 public:
     QVR_INTERFACE_ID(IQVRTableView)
 };
 
+// A view with no drawing per row: it holds `Recipe` children instead (IQVRTableRecipe), one per
+// application, of which it keeps at least one ("You can't remove the last child of this
+// object.").
 class QVR_API IQVRTableConstView : public IQVRTableViewObject {
 public:
     QVR_INTERFACE_ID(IQVRTableConstView)

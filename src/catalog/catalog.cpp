@@ -185,9 +185,9 @@ HRESULT CQVRCatalog::putref_host(IUnknown* host) {
 // --- Life of the document ----------------------------------------------------------------------
 
 HRESULT CQVRCatalog::checkLoaded(HRESULT loadStatus) {
-    if (loadStatus != S_OK) return reportParseFailure(loadStatus);
+    if (loadStatus != S_OK) return rememberLoad(reportParseFailure(loadStatus));
     Ref<IXMLDOMElement> root; // a foreign document stays
-    return checkRootTag("vCAT", msgNotCatalogFile, QVR_E_NOTCATALOG, &root);
+    return rememberLoad(checkRootTag("vCAT", msgNotCatalogFile, QVR_E_NOTCATALOG, &root));
 }
 
 HRESULT CQVRCatalog::load(const Variant& source, VARIANT_BOOL* done) {
@@ -228,10 +228,10 @@ HRESULT CQVRCatalog::saveAs(const Variant& target, VARIANT_BOOL* done) {
         *done = VARIANT_FALSE;
         if (!initialized()) return notInitialized();
         if (!tables_) return E_FAIL;
-        HRESULT hr = saveTables();
+        HRESULT hr = checkSavable(target);
         if (hr != S_OK) return hr;
+        if ((hr = saveTables()) != S_OK) return hr;
         if ((hr = document_->save(target)) != S_OK) return hr;
-        if (hr != S_OK) return hr;
         *done = VARIANT_TRUE;
         url_ = target;
         return S_OK;
@@ -288,6 +288,7 @@ HRESULT CQVRCatalog::create(const String& baseUrl, const String& name, const Str
         *done = VARIANT_FALSE;
         document_ = nullptr;
         if (tables_) tables_->clear();
+        forgetFailedLoad();
         HRESULT hr = CreateDOMDocument(&document_);
         if (hr != S_OK) return FAILED(hr) ? hr : E_FAIL;
         // A failure leaves the half-built document in place.

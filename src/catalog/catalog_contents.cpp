@@ -125,13 +125,8 @@ HRESULT CQVRCatalog::createImages(IQVRCatalogObject* image, Ref<IQVRCatalogImage
 HRESULT CQVRCatalog::createURL(const String& href, const String& title, const String& language,
                                Ref<IQVRCatalogURL>* url) {
     return newElementObject<CQVRCatalogURL>(
-        url, given(href, title, language), [&](CQVRCatalogURL& created) {
-            HRESULT hr;
-            if (FAILED(hr = created.put_href(href)) || FAILED(hr = created.put_title(title)) ||
-                FAILED(hr = created.put_lang(language)))
-                return hr;
-            return created.put_type(qvrTypeSimple);
-        });
+        url, given(href, title, language),
+        [&](CQVRCatalogURL& created) { return created.fillNew(href, title, language); });
 }
 
 HRESULT CQVRCatalog::createLink(IQVRCatalogObject* url, Ref<IQVRCatalogLink>* link) {
@@ -406,7 +401,7 @@ HRESULT CQVRCatalog::findById(const String& id, Ref<IQVRCatalogObject>* object) 
             return S_OK;
         }
         Ref<IXMLDOMNode> node;
-        if ((hr = selectOneWithValue(root, "//*[@id = '", id, "']", &node)) != S_OK) return hr;
+        if ((hr = selectOneWithValue(root, dom::forms::documentById, id, &node)) != S_OK) return hr;
         return createObjectOf(node, self(), self(), object);
     });
 }

@@ -7,6 +7,7 @@
 #include "core/accessors.h"
 #include "core/catalog_object.h"
 #include "core/iso_codes.h"
+#include "core/xlink_words.h"
 
 namespace qvr {
 
@@ -33,10 +34,10 @@ public:
         return accessors::putReferenceAttribute(*this, "xlink:href", href);
     }
     HRESULT get_actuate(QVRURLActuate* actuate) override {
-        return accessors::getNumberedAttribute(*this, "xlink:actuate", actuates, actuate);
+        return accessors::getNumberedAttribute(*this, "xlink:actuate", xlinkActuateWords, actuate);
     }
     HRESULT put_actuate(QVRURLActuate actuate) override {
-        return accessors::putNumberedAttribute(*this, "xlink:actuate", actuates, actuate);
+        return accessors::putNumberedAttribute(*this, "xlink:actuate", xlinkActuateWords, actuate);
     }
     HRESULT get_role(String* role) override {
         return accessors::getAttribute(*this, "xlink:role", role);
@@ -45,10 +46,10 @@ public:
         return accessors::putClearableAttribute(*this, "xlink:role", role);
     }
     HRESULT get_show(QVRURLShow* show) override {
-        return accessors::getNumberedAttribute(*this, "xlink:show", shows, show);
+        return accessors::getNumberedAttribute(*this, "xlink:show", xlinkShowWords, show);
     }
     HRESULT put_show(QVRURLShow show) override {
-        return accessors::putNumberedAttribute(*this, "xlink:show", shows, show);
+        return accessors::putNumberedAttribute(*this, "xlink:show", xlinkShowWords, show);
     }
     HRESULT get_type(QVRURLType* type) override {
         return accessors::getNumberedAttribute(*this, "xlink:type", types, type);
@@ -57,10 +58,18 @@ public:
         return accessors::putNumberedAttribute(*this, "xlink:type", types, type);
     }
 
+    // A new URL, as the roots make it: its address, title and language, then the type "simple".
+    // The first failure ends it.
+    HRESULT fillNew(const String& href, const String& title, const String& language) {
+        HRESULT hr;
+        if (FAILED(hr = put_href(href)) || FAILED(hr = put_title(title)) ||
+            FAILED(hr = put_lang(language)))
+            return hr;
+        return put_type(qvrTypeSimple);
+    }
+
 private:
-    // The texts of the three numbered attributes, at the index of their numbers.
-    static constexpr const char* actuates[] = {"onLoad", "onRequest", "undefined"};
-    static constexpr const char* shows[] = {"new", "replace", "embed", "undefined"};
+    // The texts of `xlink:type`, at the index of their numbers.
     static constexpr const char* types[] = {"simple",   "extended", "locator", "arc",
                                             "resource", "title",    "none"};
 };

@@ -108,14 +108,17 @@ HRESULT putUniqueAttribute(ObjectFrame& object, const char* name, const String& 
 }
 
 HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
-                             std::int32_t* number) noexcept {
+                             std::int32_t unknown, std::int32_t* number) noexcept {
     return onElement(object, number, [&](IXMLDOMElement* element) {
         String text;
         HRESULT hr = element->getAttribute(name, &text);
         if (hr != S_OK) return hr;
-        std::size_t index = 0;
-        while (index + 1 < texts.size() && text != texts[index]) ++index;
-        *number = static_cast<std::int32_t>(index);
+        *number = unknown;
+        for (std::size_t index = 0; index < texts.size(); ++index)
+            if (text == texts[index]) {
+                *number = static_cast<std::int32_t>(index);
+                break;
+            }
         return S_OK;
     });
 }
@@ -123,9 +126,15 @@ HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames t
 HRESULT putNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
                              std::int32_t number) noexcept {
     return onElement(object, [&](IXMLDOMElement* element) {
-        if (number < 0 || static_cast<std::size_t>(number) >= texts.size()) return E_INVALIDARG;
+        if (!namesNumber(texts, number)) return E_INVALIDARG;
         return changed(object, element->setAttribute(name, texts[number]));
     });
+}
+
+HRESULT putNumberedAttributeOrRemove(ObjectFrame& object, const char* name, ChildNames texts,
+                                     std::int32_t number, std::int32_t absent) noexcept {
+    if (number == absent) return putClearableAttribute(object, name, String());
+    return putNumberedAttribute(object, name, texts, number);
 }
 
 HRESULT getFlag(ObjectFrame& object, const char* name, VARIANT_BOOL* value) noexcept {

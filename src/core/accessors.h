@@ -57,19 +57,39 @@ HRESULT putUniqueAttribute(ObjectFrame& object, const char* name, const String& 
                            bool (*valid)(const String&) = nullptr,
                            Msg invalidMessage = {}) noexcept;
 // Numbered attribute property: the attribute holds one of `texts` and reads as its index. A text
-// that matches none (compared exactly) reads as the last index. Setting an index outside `texts`
-// is E_INVALIDARG.
+// that matches none (compared exactly) reads as `unknown`, or without one as the last index; an
+// absent attribute gives S_FALSE and leaves the number alone. Setting an index outside `texts` is
+// E_INVALIDARG, and writes nothing.
 HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
-                             std::int32_t* number) noexcept;
-HRESULT putNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
-                             std::int32_t number) noexcept;
+                             std::int32_t unknown, std::int32_t* number) noexcept;
+inline HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                                    std::int32_t* number) noexcept {
+    return getNumberedAttribute(object, name, texts, static_cast<std::int32_t>(texts.size()) - 1,
+                                number);
+}
+template <class Enum>
+HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts, Enum unknown,
+                             Enum* value) noexcept {
+    std::int32_t number = 0;
+    HRESULT hr = getNumberedAttribute(object, name, texts, unknown, value ? &number : nullptr);
+    if (hr == S_OK) *value = static_cast<Enum>(number);
+    return hr;
+}
 template <class Enum>
 HRESULT getNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
                              Enum* value) noexcept {
-    std::int32_t number = 0;
-    HRESULT hr = getNumberedAttribute(object, name, texts, value ? &number : nullptr);
-    if (hr == S_OK) *value = static_cast<Enum>(number);
-    return hr;
+    return getNumberedAttribute(
+        object, name, texts, static_cast<Enum>(static_cast<std::int32_t>(texts.size()) - 1), value);
+}
+HRESULT putNumberedAttribute(ObjectFrame& object, const char* name, ChildNames texts,
+                             std::int32_t number) noexcept;
+// As putNumberedAttribute, but the number `absent` stands for no attribute: setting it removes
+// the attribute (firing only when there was one), and its text is never written.
+HRESULT putNumberedAttributeOrRemove(ObjectFrame& object, const char* name, ChildNames texts,
+                                     std::int32_t number, std::int32_t absent) noexcept;
+// Whether `number` is the index of one of `texts`.
+constexpr bool namesNumber(ChildNames texts, std::int32_t number) {
+    return number >= 0 && static_cast<std::size_t>(number) < texts.size();
 }
 // A flag attribute of "1" and "0". Reading sets true first: absent gives S_FALSE and true. Only
 // VARIANT_TRUE (-1) writes "1"; any other value writes "0".

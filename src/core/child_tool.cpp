@@ -151,7 +151,7 @@ HRESULT ChildTool::containsId(IQVRCatalogObject* object, VARIANT_BOOL* contained
     if (FAILED(hr)) return hr;
     if (!node_) return E_FAIL;
     Ref<IXMLDOMNode> found;
-    hr = selectOneWithValue(node_, ".//*[@id = '", key, "']", &found);
+    hr = selectOneWithValue(node_, dom::forms::descendantById, key, &found);
     if (hr == S_OK) *contained = VARIANT_TRUE;
     return hr == S_FALSE ? S_OK : hr;
 }

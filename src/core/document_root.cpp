@@ -56,6 +56,15 @@ HRESULT DocumentRoot::reportParseFailure(HRESULT status) {
     return reportError(errorSource(), CXMLDOMTool(document_).parseErrorText(), status);
 }
 
+HRESULT DocumentRoot::checkSavable(const Variant& target) {
+    if (!loadFailed_) return S_OK;
+    std::string text = "The document is not saved";
+    if (target.vt() == VT_BSTR && !target.str().isEmpty()) text += " to " + target.str().str();
+    text += ": its last load failed, so it does not hold the content of a file, and saving it "
+            "would replace a file with it. Load or create a document first.";
+    return reportError(errorSource(), String(std::move(text)), E_FAIL);
+}
+
 HRESULT DocumentRoot::checkRootTag(const char* tag, std::uint32_t message, HRESULT status,
                                    Ref<IXMLDOMElement>* root) {
     HRESULT hr = document_->get_documentElement(root);

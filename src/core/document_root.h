@@ -35,6 +35,18 @@ protected:
     // another tag reports `message` under `status` (and `root` keeps the foreign element).
     HRESULT checkRootTag(const char* tag, std::uint32_t message, HRESULT status,
                          Ref<IXMLDOMElement>* root);
+    // Remembers whether the last load left the file's content in the document: a load that
+    // failed (unreadable, malformed, another root) leaves an empty or a foreign document, and
+    // saving that over a file would destroy the file. Answers `status`.
+    HRESULT rememberLoad(HRESULT status) {
+        loadFailed_ = status != S_OK;
+        return status;
+    }
+    // A new document of the root's own kind (create) may be saved again.
+    void forgetFailedLoad() { loadFailed_ = false; }
+    // S_OK when the document may be saved to `target`; after a failed load a report that names
+    // the target and E_FAIL.
+    HRESULT checkSavable(const Variant& target);
     // Appends the declaration and the product and copyright comments that open a new document.
     HRESULT writePrologue(const char* productComment);
     // After a load: the folder of the document's URL (up to its last "/") becomes the base; a URL
@@ -53,6 +65,9 @@ protected:
     Variant url_;    // where the document was loaded from or last saved to
     String baseUrl_; // the folder of the document, closed with "/"
     EventSinks sinks_;
+
+private:
+    bool loadFailed_ = false;
 };
 
 } // namespace qvr

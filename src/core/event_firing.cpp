@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "core/event_root.h"
+#include "core/event_sinks.h"
 
 namespace qvr {
 namespace {
@@ -30,7 +31,7 @@ VARIANT_BOOL fireAtRoot(IQVRCatalogObject* root, std::int32_t event, IQVRCatalog
 
 VARIANT_BOOL route(EventSide side, std::int32_t event, IQVRCatalogObject* source,
                    IQVRCatalogObject* subject, const Variant& position) {
-    if (eventsFrozen(side) || !source) return VARIANT_FALSE;
+    if (eventsFrozen(side) || !source || !EventSinks::anyAdvised()) return VARIANT_FALSE;
     Ref<IQVRCatalogObject> catalog;
     if (FAILED(source->get_catalog(&catalog))) return VARIANT_FALSE;
     QVRObjectType type;

@@ -1,5 +1,7 @@
 #include "core/event_sinks.h"
 
+#include <atomic>
+
 #include "core/event_firing.h"
 
 namespace qvr {
@@ -34,7 +36,19 @@ Delivery deliveryOf(std::int32_t event) {
     return insertion;
 }
 
+// The sinks advised at all roots together.
+std::atomic<std::size_t> advisedSinks{0};
+
 } // namespace
+
+EventSinks::~EventSinks() {
+    for (const Entry& entry : entries_)
+        if (entry.sink()) advisedSinks.fetch_sub(1, std::memory_order_relaxed);
+}
+
+bool EventSinks::anyAdvised() {
+    return advisedSinks.load(std::memory_order_relaxed) != 0;
+}
 
 HRESULT EventSinks::advise(IQVRCatalogEvents* sink, bool held, std::uint32_t* cookie) {
     if (!cookie) return E_POINTER;
@@ -46,6 +60,7 @@ HRESULT EventSinks::advise(IQVRCatalogEvents* sink, bool held, std::uint32_t* co
     else
         entry.listener = sink;
     entries_.push_back(std::move(entry));
+    advisedSinks.fetch_add(1, std::memory_order_relaxed);
     *cookie = static_cast<std::uint32_t>(entries_.size());
     return S_OK;
 }
@@ -56,6 +71,7 @@ HRESULT EventSinks::unadvise(std::uint32_t cookie) {
     // The entry is emptied before the reference goes: releasing a sink may run code that fires.
     Ref<IQVRCatalogEvents> released = std::move(entries_[cookie - 1].held);
     entries_[cookie - 1].listener = nullptr;
+    advisedSinks.fetch_sub(1, std::memory_order_relaxed);
     return S_OK;
 }
 

@@ -15,6 +15,13 @@ class EventSinks {
 public:
     // `side` names the freeze flag that silences this root's sinks.
     explicit EventSinks(EventSide side) : side_(side) {}
+    ~EventSinks();
+    EventSinks(const EventSinks&) = delete;
+    EventSinks& operator=(const EventSinks&) = delete;
+
+    // Whether any root of the process has a sink: when none has, an event reaches no one, and
+    // whoever fires may skip making what the event would carry.
+    static bool anyAdvised();
 
     // `held`: the entry keeps a counted reference; otherwise the sink must unadvise before it
     // goes. Cookies count from 1.

@@ -135,6 +135,11 @@ HRESULT ObjectFrame::baseGetKey(String* key) noexcept {
     });
 }
 
+bool ObjectFrame::keyFollowsDocument() const noexcept {
+    const KeyFamily family = classInfo().type.key;
+    return family != KeyFamily::OwnOperation && family != KeyFamily::Own;
+}
+
 HRESULT ObjectFrame::cloneElement(VARIANT_BOOL deep, const char* idAttribute,
                                   Ref<IQVRCatalogObject>* clone) {
     if (!clone) return E_POINTER;

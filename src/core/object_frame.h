@@ -51,6 +51,9 @@ public:
     // --- The common operations of a wrapper ----------------------------------------------------
     // By the class's key family; OwnOperation asks keyFromOwnOperation.
     HRESULT baseGetKey(String* key) noexcept;
+    // Whether the key comes from the document alone, or from a text fixed when the wrapper was
+    // made: then it changes only with a change the DOM layer counts in its naming version.
+    bool keyFollowsDocument() const noexcept;
     // A copy of the element standing in no tree, wrapped with this object's catalog and no
     // parent. The ids in it are those of the source.
     HRESULT baseCloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* clone) noexcept;

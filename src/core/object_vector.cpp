@@ -1,8 +1,10 @@
 #include "core/object_vector.h"
 
 #include "core/event_root.h"
+#include "core/object_frame.h"
 #include "core/vector_enumerator.h"
 #include "platform/com/failure.h"
+#include "platform/dom/index.h"
 
 namespace qvr {
 namespace {
@@ -52,7 +54,41 @@ HRESULT CQVRCatalogObjectVector::connect(IQVRCatalogObject* root) {
     return S_OK;
 }
 
-std::ptrdiff_t CQVRCatalogObjectVector::findByKey(const String& key) const {
+std::ptrdiff_t CQVRCatalogObjectVector::findByKey(const String& key) {
+    const std::uint64_t version = dom::Index::namingVersion();
+    if (keysIndexed_ && keysVersion_ != version) {
+        keysIndexed_ = false;
+        walksSinceChange_ = 0;
+    }
+    if (!keysIndexed_) {
+        if (!keysIndexable_ || walksSinceChange_++ == 0 || !indexKeys()) return walkForKey(key);
+        keysVersion_ = version;
+    }
+    const auto found = firstByKey_.find(key.caseFolded());
+    return found == firstByKey_.end() ? -1 : static_cast<std::ptrdiff_t>(found->second);
+}
+
+bool CQVRCatalogObjectVector::indexKeys() {
+    firstByKey_.clear();
+    for (const auto& item : items_) {
+        const auto* frame = dynamic_cast<const ObjectFrame*>(item.get());
+        if (!frame || !frame->keyFollowsDocument()) {
+            keysIndexable_ = false;
+            firstByKey_.clear();
+            return false;
+        }
+    }
+    firstByKey_.reserve(items_.size());
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+        String itemKey;
+        if (FAILED(items_[i]->get_key(&itemKey))) continue;
+        firstByKey_.emplace(itemKey.caseFolded(), i);
+    }
+    keysIndexed_ = true;
+    return true;
+}
+
+std::ptrdiff_t CQVRCatalogObjectVector::walkForKey(const String& key) const {
     for (std::size_t i = 0; i < items_.size(); ++i) {
         String itemKey;
         if (FAILED(items_[i]->get_key(&itemKey))) continue;
@@ -88,6 +124,7 @@ HRESULT CQVRCatalogObjectVector::insertIntoVector(IQVRCatalogObject* object,
     }
     if (before < 0) return report(msgIdNotFound, E_INVALIDARG);
     items_.insert(items_.begin() + before, Ref<IQVRCatalogObject>(object));
+    itemsChanged();
     return S_OK;
 }
 
@@ -183,7 +220,10 @@ HRESULT CQVRCatalogObjectVector::removeChild(const Variant& indexOrKey, VARIANT_
             HRESULT hr = owner_->removeChild(item, nullptr);
             if (FAILED(hr)) return hr;
         }
-        if (!connected()) items_.erase(items_.begin() + found);
+        if (!connected()) {
+            items_.erase(items_.begin() + found);
+            itemsChanged();
+        }
         *done = VARIANT_TRUE;
         return S_OK;
     });
@@ -191,6 +231,7 @@ HRESULT CQVRCatalogObjectVector::removeChild(const Variant& indexOrKey, VARIANT_
 
 HRESULT CQVRCatalogObjectVector::clear() {
     items_.clear();
+    itemsChanged();
     return S_OK;
 }
 
@@ -230,6 +271,7 @@ HRESULT CQVRCatalogObjectVector::onObjectRemoved(IQVRCatalogObject* object) {
         const std::ptrdiff_t found = findByKey(key);
         if (found < 0) return S_FALSE;
         items_.erase(items_.begin() + found);
+        itemsChanged();
         return S_OK;
     });
 }

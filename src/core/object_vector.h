@@ -9,6 +9,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 #include <qvr/events.h>
@@ -58,13 +60,29 @@ private:
     HRESULT report(std::uint32_t message, HRESULT status) const;
     bool connected() const { return eventCookie_ != notConnected; }
     // The position of the first item whose key equals `key` without regard to case, or -1.
-    std::ptrdiff_t findByKey(const String& key) const;
+    std::ptrdiff_t findByKey(const String& key);
+    std::ptrdiff_t walkForKey(const String& key) const;
+    // Makes `firstByKey_` when every item's key follows its document; false when one does not.
+    bool indexKeys();
+    void itemsChanged() {
+        keysIndexed_ = false;
+        keysIndexable_ = true;
+        walksSinceChange_ = 0;
+    }
     HRESULT insertIntoVector(IQVRCatalogObject* object, const Variant& position);
     // Whether an event about `object` concerns the owner's children: its parent's key is the
     // owner's key (or one of the two can't be read).
     bool concernsOwner(IQVRCatalogObject* object) const;
 
     std::vector<Ref<IQVRCatalogObject>> items_;
+    // Where each key (case folded) first stands. It holds while the items stay and the DOM
+    // layer's naming version is `keysVersion_`; it is made at the second lookup after a change,
+    // so that a list changed between every two lookups costs no more than the walk.
+    std::unordered_map<std::string, std::size_t> firstByKey_;
+    std::uint64_t keysVersion_ = 0;
+    bool keysIndexed_ = false;
+    bool keysIndexable_ = true;
+    unsigned walksSinceChange_ = 0;
     std::uint32_t eventCookie_ = notConnected;
     Ref<IQVRCatalogObject> owner_;
     Ref<IQVRCatalogObject> root_; // where the list listens, while connected

@@ -8,6 +8,7 @@
 #include <qvr/table.h>
 
 #include "core/event_firing.h"
+#include "core/event_sinks.h"
 #include "core/ids.h"
 #include "core/object_factory.h"
 #include "core/value_selection.h"
@@ -29,8 +30,13 @@ HRESULT selectElement(IXMLDOMNode* context, std::string_view head, const String&
     return *element ? S_OK : E_NOINTERFACE;
 }
 
+HRESULT selectElement(IXMLDOMNode* context, const dom::IndexedForm& form, const String& value,
+                      Ref<IXMLDOMElement>* element) {
+    return selectElement(context, form.head, value, form.tail, element);
+}
+
 HRESULT selectUniqueColumn(IXMLDOMNode* document, Ref<IXMLDOMElement>* uniqueColumn) {
-    return selectElement(document, "/vCATTable/ColumnUnique", "", "", uniqueColumn);
+    return selectElement(document, dom::forms::tableUniqueColumn, "", uniqueColumn);
 }
 
 HRESULT putIdref(IQVRCatalogObject* cell, const String& id) {
@@ -41,7 +47,7 @@ HRESULT putIdref(IQVRCatalogObject* cell, const String& id) {
 } // namespace
 
 HRESULT RowTool::findRowByValue(const String& key, Ref<IXMLDOMElement>* row) {
-    return selectElement(ownerDocument_, "/vCATTable/ColumnUnique/RowUnique[. = '", key, "']", row);
+    return selectElement(ownerDocument_, dom::forms::tableRowByKey, key, row);
 }
 
 HRESULT RowTool::findRowById(const String& id, Ref<IXMLDOMElement>* row) {
@@ -51,13 +57,13 @@ HRESULT RowTool::findRowById(const String& id, Ref<IXMLDOMElement>* row) {
         if (row) *row = nullptr;
         return hr;
     }
-    return selectElement(uniqueColumn, "RowUnique[@id='", id, "']", row);
+    return selectElement(uniqueColumn, dom::forms::childRowById, id, row);
 }
 
 HRESULT RowTool::findRowByIndex(std::int32_t index, Ref<IXMLDOMElement>* row) {
     // One more than the index: the selection counts its positions from 1.
     const String position(std::to_string(static_cast<std::int64_t>(index) + 1));
-    return selectElement(ownerDocument_, "/vCATTable/ColumnUnique/RowUnique[", position, "]", row);
+    return selectElement(ownerDocument_, dom::forms::tableRowAt, position, row);
 }
 
 HRESULT RowTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cells) {
@@ -69,7 +75,7 @@ HRESULT RowTool::selectIdRefs(std::int32_t* count, Ref<IXMLDOMNodeList>* cells) 
     String id;
     HRESULT hr = row->getAttribute("id", &id);
     if (FAILED(hr)) return hr;
-    hr = selectAllWithValue(ownerDocument_, "/vCATTable//*[@idref='", id, "']", cells);
+    hr = selectAllWithValue(ownerDocument_, dom::forms::tableCellsByIdref, id, cells);
     if (hr != S_OK) return hr;
     return (*cells)->get_length(count);
 }
@@ -87,7 +93,7 @@ HRESULT RowTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* cell
         String id;
         if (FAILED(hr = row->getAttribute("id", &id))) return hr;
         Ref<IXMLDOMNode> present;
-        hr = selectOneWithValue(node_, "*[@idref = '", id, "']", &present);
+        hr = selectOneWithValue(node_, dom::forms::childByIdref, id, &present);
         if (FAILED(hr)) return hr;
         return present ? QVR_E_DUPLICATE : putIdref(cell, id);
     }
@@ -142,6 +148,8 @@ HRESULT RowTool::removeRowForCell(IQVRCatalogObject* cell) {
 
 HRESULT RowTool::fireRowEvent(IQVRCatalogObject* table, const Variant& position,
                               std::int32_t event) {
+    // The row's wrappers are made for the sinks only.
+    if (!EventSinks::anyAdvised()) return S_OK;
     Ref<IQVRCatalogTable> root = query<IQVRCatalogTable>(table);
     if (!root) return E_NOINTERFACE;
     Ref<IQVRTableUniqueColumn> uniqueColumn;

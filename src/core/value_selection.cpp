@@ -1,5 +1,9 @@
 #include "core/value_selection.h"
 
+#include <qvr/object.h>
+
+#include "platform/com/error_report.h"
+
 namespace qvr {
 
 String selectionWithValue(std::string_view head, const String& value, std::string_view tail) {
@@ -18,7 +22,12 @@ HRESULT selectWithValue(std::string_view head, const String& value, std::string_
     if (!found) return E_POINTER;
     *found = nullptr;
     const String selection = selectionWithValue(head, value, tail);
-    return selection.isNull() ? E_FAIL : select(selection);
+    if (!selection.isNull()) return select(selection);
+    return reportError({"QVRCatalog", IQVRCatalogObject::iid},
+                       String("The value \"" + value.str() +
+                              "\" cannot be looked up: it holds an apostrophe, which would end "
+                              "the quoted text of the selection."),
+                       E_FAIL);
 }
 
 } // namespace

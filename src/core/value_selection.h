@@ -8,6 +8,8 @@
 
 #include <qvr/dom.h>
 
+#include "platform/dom/indexed_forms.h"
+
 namespace qvr {
 
 // head + value + tail, or null when the value cannot stand inside the literal.
@@ -17,5 +19,18 @@ HRESULT selectOneWithValue(IXMLDOMNode* node, std::string_view head, const Strin
                            std::string_view tail, Ref<IXMLDOMNode>* found);
 HRESULT selectAllWithValue(IXMLDOMNode* node, std::string_view head, const String& value,
                            std::string_view tail, Ref<IXMLDOMNodeList>* found);
+
+// The same with one of the forms the DOM layer answers from its lookup tables.
+inline String selectionWithValue(const dom::IndexedForm& form, const String& value) {
+    return selectionWithValue(form.head, value, form.tail);
+}
+inline HRESULT selectOneWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
+                                  const String& value, Ref<IXMLDOMNode>* found) {
+    return selectOneWithValue(node, form.head, value, form.tail, found);
+}
+inline HRESULT selectAllWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
+                                  const String& value, Ref<IXMLDOMNodeList>* found) {
+    return selectAllWithValue(node, form.head, value, form.tail, found);
+}
 
 } // namespace qvr

@@ -23,7 +23,8 @@ HRESULT DocumentColumns::count(std::int32_t* count) {
     columns_.clear();
     if (!document_) return E_FAIL;
     Ref<IXMLDOMNodeList> list;
-    HRESULT hr = document_->selectNodes("/vCATTable/Column | /vCATTable/ColumnConst", &list);
+    HRESULT hr = document_->selectNodes(
+        String(dom::forms::tableValueColumns.text(std::string_view())), &list);
     if (FAILED(hr)) return hr;
     std::int32_t length = 0;
     if (FAILED(hr = list->get_length(&length))) return hr;
@@ -67,7 +68,7 @@ HRESULT DocumentColumns::name(std::int32_t index, String* name) {
 FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& rowId) {
     Lookup found;
     // For the document this is one selection with both the name and the row id pasted in.
-    const String cellPath = selectionWithValue("*[@idref = '", rowId, "']");
+    const String cellPath = selectionWithValue(dom::forms::childByIdref, rowId);
     if (cellPath.isNull() || !fitsSelection(name)) {
         found.outcome = Lookup::Broken;
         return found;

@@ -14,11 +14,16 @@
 #include "core/object_types.h"
 #include "formulas/calculated_column.h"
 #include "tables/const_column.h"
+#include "tables/const_view.h"
+#include "tables/drawing.h"
 #include "tables/info_cell.h"
 #include "tables/recipe.h"
+#include "tables/ref_cell.h"
+#include "tables/ref_column.h"
 #include "tables/table_cell.h"
 #include "tables/table_column.h"
 #include "tables/unique_column.h"
+#include "tables/view.h"
 
 namespace qvr {
 namespace {
@@ -45,11 +50,11 @@ constexpr TagRow tagTable[] = {
     {"Part", qvrPart, &createWrapper<CQVRCatalogPart>},
     {"Images", qvrImages, &createWrapper<CQVRCatalogImages>},
     {"XRefFiles", qvrReferencedFiles, &createWrapper<CQVRCatalogReferencedFiles>},
-    {"ColumnView", qvrView, nullptr},
-    {"Drawing", qvrDrawing, nullptr},
+    {"ColumnView", qvrView, &createWrapper<CQVRTableView>},
+    {"Drawing", qvrDrawing, &createWrapper<CQVRTableDrawing>},
     {"Row", qvrCell, &createWrapper<CQVRTableCell>},
     {"Column", qvrTableColumn, &createWrapper<CQVRTableColumn>},
-    {"ColumnConstView", qvrConstView, nullptr},
+    {"ColumnConstView", qvrConstView, &createWrapper<CQVRTableConstView>},
     {"ColumnConst", qvrConstColumn, &createWrapper<CQVRTableConstColumn>},
     {"ColumnCalc", qvrCalculatedColumn, &createWrapper<CQVRTableCalculatedColumn>},
     {"OrderTarget", qvrOrderTarget, &createWrapper<CQVRCatalogOrderTarget>},
@@ -73,8 +78,8 @@ constexpr TagRow tagTable[] = {
     {"Extrinsics", qvrExtrinsics, &createWrapper<CQVRCatalogExtrinsics>},
     {"Extrinsic", qvrExtrinsic, &createWrapper<CQVRCatalogExtrinsic>},
     {"Recipe", qvrRecipe, &createWrapper<CQVRTableRecipe>},
-    {"ColumnRef", qvrRefColumn, nullptr},
-    {"RowRef", qvrRefCell, nullptr},
+    {"ColumnRef", qvrRefColumn, &createWrapper<CQVRTableRefColumn>},
+    {"RowRef", qvrRefCell, &createWrapper<CQVRTableRefCell>},
 };
 
 constexpr bool tagsMatchTypes() {

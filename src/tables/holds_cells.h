@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+#include <qvr/events.h>
+
 #include "core/child_tool.h"
 #include "core/object_types.h"
 #include "core/row_tool.h"
@@ -44,6 +46,7 @@ public:
         return guarded([&] {
             if (removed) *removed = nullptr;
             if (!this->initialized()) return this->notInitialized();
+            if (!child) return E_POINTER; // as every container answers, before asking the kind
             Ref<CellInterface> cell = query<CellInterface>(child);
             if (!cell) return E_FAIL;
             HRESULT hr = RowTool(this->element()).removeRowForCell(child);

@@ -73,7 +73,7 @@ HRESULT CQVRTableInfoCell::getCell(IQVRCatalogObject* column, Ref<IQVRTableCellO
         // of another tag (which a column of the model never holds) is the column searched for
         // the first cell of the kind's own tag.
         Ref<IXMLDOMNode> found;
-        if ((hr = selectOneWithValue(columnNode, "*[@idref = '", id, "']", &found)) != S_OK)
+        if ((hr = selectOneWithValue(columnNode, dom::forms::childByIdref, id, &found)) != S_OK)
             return hr;
         String tag;
         if (FAILED(hr = found->get_nodeName(&tag))) return hr;

@@ -281,6 +281,7 @@ HRESULT CQVRCatalogTable::adoptCacheEntry(const STableCache& entry) {
         url_ = entry.url;
         baseUrl_ = entry.baseUrl;
         cachedKey_ = entry.cachedKey;
+        forgetFailedLoad();
         return S_OK;
     });
 }
@@ -307,10 +308,10 @@ HRESULT CQVRCatalogTable::cloneNode(VARIANT_BOOL deep, Ref<IQVRCatalogObject>* c
 HRESULT CQVRCatalogTable::checkLoaded(HRESULT loadStatus) {
     if (loadStatus != S_OK) {
         element_ = nullptr; // the document holds nothing now
-        return reportParseFailure(loadStatus);
+        return rememberLoad(reportParseFailure(loadStatus));
     }
     // A foreign root stays the element: every operation then works on the foreign tree.
-    return checkRootTag("vCATTable", msgNotTableFile, QVR_E_NOTTABLE, &element_);
+    return rememberLoad(checkRootTag("vCATTable", msgNotTableFile, QVR_E_NOTTABLE, &element_));
 }
 
 HRESULT CQVRCatalogTable::load(const Variant& url, std::int32_t, VARIANT_BOOL* ok) {
@@ -371,6 +372,7 @@ HRESULT CQVRCatalogTable::create(const String& baseUrl, const String& desc, cons
         if (baseUrl.isNull() || desc.isNull() || language.isNull()) return E_INVALIDARG;
         document_ = nullptr;
         element_ = nullptr;
+        forgetFailedLoad();
         HRESULT hr = CreateDOMDocument(&document_);
         if (hr != S_OK) return FAILED(hr) ? hr : E_FAIL;
         if ((hr = buildDocument(desc, language)) != S_OK) return FAILED(hr) ? hr : E_FAIL;
@@ -386,8 +388,13 @@ HRESULT CQVRCatalogTable::saveAs(const Variant& url, VARIANT_BOOL* ok) {
         *ok = VARIANT_FALSE;
         HRESULT hr = requireDocument();
         if (hr != S_OK) return hr;
+        if ((hr = checkSavable(url)) != S_OK) return hr;
         // Only a text names a file; a table that never had an address has none to save to.
-        if (url.vt() != VT_BSTR) return E_INVALIDARG;
+        if (url.vt() != VT_BSTR)
+            return reportError(errorSource(),
+                               String("The table is not saved: it has no file to be saved to "
+                                      "(it was neither loaded from a file nor saved to one)."),
+                               E_INVALIDARG);
         // An empty text writes nothing, and counts as saved.
         if (!url.str().isEmpty() && (hr = document_->save(url)) != S_OK) return hr;
         *ok = VARIANT_TRUE;

@@ -140,9 +140,13 @@ private:
     HRESULT columnFromVariant(const Variant& key, Ref<IQVRCatalogObject>* column);
     HRESULT moveColumn(std::int32_t from, std::int32_t to);
     // A new object of class T in this table's document, filled by `fill`; on a failure the out
-    // value stays null.
+    // value stays null. Without a `required` argument: E_INVALIDARG before anything is made.
     template <class T, class I, class Fill>
-    HRESULT createChild(Ref<I>* out, Fill&& fill);
+    HRESULT createChild(Ref<I>* out, bool required, Fill&& fill);
+    template <class T, class I, class Fill>
+    HRESULT createChild(Ref<I>* out, Fill&& fill) {
+        return createChild<T>(out, true, std::forward<Fill>(fill));
+    }
 
     Ref<IXMLDOMElement> element_; // the document element; null until a document stands
     ObjectLink catalog_;

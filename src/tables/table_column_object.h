@@ -2,7 +2,6 @@
 // formulas, a data type, a unit and a free text, and the way a new one is described.
 #pragma once
 
-#include <array>
 #include <cstdint>
 
 #include "tables/table_child.h"
@@ -10,7 +9,7 @@
 namespace qvr {
 
 // The names of QVRColumnDataType in `dataType`, by number.
-inline constexpr std::array<const char*, 3> dataTypeNames = {"string", "int", "float"};
+inline constexpr const char* dataTypeNames[] = {"string", "int", "float"};
 
 template <class Interface, QVRObjectType Type>
 class TableColumnObject : public TableChildObject<Interface, Type> {
@@ -22,23 +21,14 @@ public:
     HRESULT put_attrib(const String& attrib) override {
         return accessors::putAttribute(*this, "attrib", attrib);
     }
+    // A name that is none of the three reads as "string".
     HRESULT get_dataType(QVRColumnDataType* dataType) override {
-        if (!dataType) return E_POINTER;
-        return guarded([&] {
-            String name;
-            HRESULT hr = accessors::getAttribute(*this, "dataType", &name);
-            if (hr != S_OK) return hr;
-            *dataType = qvrDataTypeString; // a name that is none of the three
-            for (std::size_t i = 0; i < dataTypeNames.size(); ++i)
-                if (name == dataTypeNames[i]) *dataType = static_cast<QVRColumnDataType>(i);
-            return S_OK;
-        });
+        return accessors::getNumberedAttribute(*this, "dataType", dataTypeNames, qvrDataTypeString,
+                                               dataType);
     }
     // The cells keep their texts, whatever the new type.
     HRESULT put_dataType(QVRColumnDataType dataType) override {
-        if (dataType < 0 || static_cast<std::size_t>(dataType) >= dataTypeNames.size())
-            return E_INVALIDARG;
-        return accessors::putAttribute(*this, "dataType", dataTypeNames[dataType]);
+        return accessors::putNumberedAttribute(*this, "dataType", dataTypeNames, dataType);
     }
     HRESULT get_name(String* name) override { return accessors::getAttribute(*this, "name", name); }
     HRESULT put_name(const String& name) override {
@@ -54,8 +44,7 @@ public:
     // Fires nothing. The first failing step ends it.
     HRESULT describeNew(QVRColumnDataType dataType, const String& name, const String& attrib,
                         const String& desc, const String& unit, VARIANT_BOOL visible) {
-        if (dataType < 0 || static_cast<std::size_t>(dataType) >= dataTypeNames.size())
-            return E_INVALIDARG;
+        if (!accessors::namesNumber(dataTypeNames, dataType)) return E_INVALIDARG;
         IXMLDOMElement* element = this->element();
         HRESULT hr = element->setAttribute("id", newColumnId());
         if (hr == S_OK) hr = element->setAttribute("dataType", dataTypeNames[dataType]);

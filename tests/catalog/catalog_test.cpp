@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <functional>
 
 #include "common/catalog_fixture.h"
 #include "common/temp_files.h"
@@ -96,6 +97,81 @@ TEST_F(CatalogFiles, LoadFailuresTellWhy) {
     EXPECT_EQ(lastError().rfind("XML parse error:", 0), 0u);
     EXPECT_EQ(catalog->load(Variant(String(file("missing.xml"))), &done), S_FALSE);
     EXPECT_EQ(catalog->load(Variant(String(file("missing.xml"))), nullptr), E_POINTER);
+}
+
+TEST_F(CatalogFiles, AfterAFailedLoadNothingIsSavedOverAFile) {
+    Ref<IQVRCatalog> catalog = newCatalog("Good");
+    VARIANT_BOOL done = VARIANT_FALSE;
+    ASSERT_EQ(catalog->saveAs(Variant(String(file("good.xml"))), &done), S_OK);
+    const std::string good = read(file("good.xml"));
+    write("broken.xml", "<vCAT><Desc></vCAT>");
+    write("foreign.xml", "<vCATTable/>");
+
+    // Whatever the failed load left (an empty document, a foreign one), it is not saved: not to
+    // the file the catalog came from, not elsewhere.
+    const std::function<HRESULT()> failedLoads[] = {
+        [&] { return catalog->load(Variant(String(file("missing.xml"))), &done); },
+        [&] { return catalog->load(Variant(String(file("broken.xml"))), &done); },
+        [&] { return catalog->load(Variant(String(file("foreign.xml"))), &done); },
+        [&] { return catalog->loadXML("<vCAT>", &done); },
+    };
+    for (const auto& failedLoad : failedLoads) {
+        ASSERT_EQ(catalog->load(Variant(String(file("good.xml"))), &done), S_OK);
+        EXPECT_NE(failedLoad(), S_OK);
+        lastError();
+        EXPECT_EQ(catalog->save(&done), E_FAIL);
+        EXPECT_EQ(done, VARIANT_FALSE);
+        const std::string text = lastError();
+        EXPECT_NE(text.find("not saved to " + file("good.xml") + ": its last load failed"),
+                  std::string::npos)
+            << text;
+        EXPECT_EQ(catalog->saveAs(Variant(String(file("other.xml"))), &done), E_FAIL);
+        EXPECT_FALSE(std::filesystem::exists(file("other.xml")));
+        EXPECT_EQ(read(file("good.xml")), good);
+    }
+    // A document made anew saves again.
+    ASSERT_EQ(catalog->create("", "New", "en", &done), S_OK);
+    EXPECT_EQ(catalog->save(&done), S_OK);
+    EXPECT_NE(read(file("good.xml")).find("name=\"New\""), std::string::npos);
+
+    // Refusals of the file system name the file and the reason.
+    EXPECT_EQ(catalog->saveAs(Variant(String(file("no/such/folder.xml"))), &done),
+              HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(lastError(), "The file " + file("no/such/folder.xml") +
+                               " cannot be saved: The system cannot locate the object "
+                               "specified. (No such file or directory)");
+    std::filesystem::permissions(file("good.xml"), std::filesystem::perms::owner_read);
+    EXPECT_EQ(catalog->save(&done), E_ACCESSDENIED);
+    EXPECT_EQ(lastError(), "The file " + file("good.xml") +
+                               " cannot be saved: Access is denied. (the file is read-only)");
+}
+
+TEST_F(CatalogFiles, ValuesOfAnyLengthLoadBackAndEntitiesStayBounded) {
+    // Beyond the 10,000,000 bytes that a parser allows one text by default.
+    const std::string longName(10'500'000, 'n');
+    const std::string longDesc = std::string(10'500'000, 'd') + " & <end>";
+    Ref<IQVRCatalog> catalog = newCatalog();
+    VARIANT_BOOL done = VARIANT_FALSE;
+    ASSERT_EQ(catalog->put_name(longName), S_OK);
+    ASSERT_EQ(catalog->put_desc(longDesc), S_OK);
+    ASSERT_EQ(catalog->saveAs(Variant(String(file("long.xml"))), &done), S_OK);
+    Ref<IQVRCatalog> reloaded;
+    ASSERT_EQ(CreateCatalog(&reloaded), S_OK);
+    ASSERT_EQ(reloaded->load(Variant(String(file("long.xml"))), &done), S_OK) << lastError();
+    EXPECT_EQ(nameOf(reloaded), longName);
+    String desc;
+    ASSERT_EQ(reloaded->get_desc(&desc), S_OK);
+    EXPECT_TRUE(desc.str() == longDesc);
+
+    // 110 KB that would expand to 1 GB when the description is read: refused at load.
+    std::string bomb = "<!DOCTYPE vCAT [<!ENTITY e '" + std::string(50'000, 'x') + "'>]>";
+    bomb += "<vCAT version='1.2'><Desc>";
+    for (int i = 0; i < 20'000; ++i) bomb += "&e;";
+    bomb += "</Desc></vCAT>";
+    write("bomb.xml", bomb);
+    EXPECT_EQ(reloaded->load(Variant(String(file("bomb.xml"))), &done), S_FALSE);
+    EXPECT_NE(lastError().find("Entities expand to more than 4 times the size of the document"),
+              std::string::npos);
 }
 
 TEST(Catalog, RootPropertiesAndTheirChecks) {

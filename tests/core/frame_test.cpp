@@ -47,6 +47,11 @@ TEST(Frame, ChecksComeInOrderAndOutValuesAreClearedFirst) {
     EXPECT_EQ(chapter->getValue("@missing", &value), S_FALSE);
     EXPECT_EQ(value, Variant("Screws and bolts"));
     EXPECT_EQ(chapter->getValue(nullptr, nullptr), E_POINTER);
+    // A selection that cannot select tells why.
+    EXPECT_EQ(chapter->getValue("@name[", &value), E_FAIL);
+    EXPECT_EQ(lastError(), "The selection \"@name[\" is malformed.");
+    EXPECT_EQ(chapter->getValue("count(*)", &value), E_FAIL);
+    EXPECT_EQ(lastError(), "The selection \"count(*)\" gives a value, not nodes.");
 
     // The object type works on a catalog that has no document; the rest reports message 102.
     Ref<IQVRCatalog> empty;

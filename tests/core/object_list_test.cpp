@@ -100,6 +100,34 @@ TEST(ObjectList, ItemsByIndexAndByKeyWithTheirMessages) {
     EXPECT_EQ(list->getItem(1, nullptr), E_POINTER);
 }
 
+// Lookups by key stay those of a walk through the list while the list and the keys its items read
+// from the document change between them: first match, case ignored.
+TEST(ObjectList, KeysFollowChangesOfTheListAndOfTheDocument) {
+    Tree t;
+    Ref<IQVRCatalogObjectList> list;
+    ASSERT_EQ(t.box->get_childNodes(&list), S_OK);
+    auto found = [&](const std::string& key) {
+        Ref<IQVRCatalogObject> item;
+        // Twice: the second lookup after a change answers from what the list remembers.
+        list->get_item(Variant(String(key)), &item);
+        return list->get_item(Variant(String(key)), &item) == S_OK ? nameOf(item) : "-";
+    };
+    EXPECT_EQ(found(keyOf(t.b)), "B");
+    Ref<IXMLDOMElement> a, b;
+    ASSERT_EQ(t.a->get_domNode(&a), S_OK);
+    ASSERT_EQ(t.b->get_domNode(&b), S_OK);
+    const std::string oldKey = keyOf(t.a);
+    ASSERT_EQ(a->setAttribute("id", "Key-1"), S_OK); // straight through the document
+    EXPECT_EQ(found("KEY-1"), "A");
+    EXPECT_EQ(found(oldKey), "-");
+    ASSERT_EQ(b->setAttribute("id", "key-1"), S_OK);
+    EXPECT_EQ(found("key-1"), "A");
+    ASSERT_EQ(t.box->insertBefore(t.c, Variant(String("key-1")), nullptr), S_OK);
+    ASSERT_EQ(t.box->removeChild(t.a, nullptr), S_OK);
+    EXPECT_EQ(found("Key-1"), "B");
+    EXPECT_EQ(found(keyOf(t.c)), "C");
+}
+
 TEST(ObjectList, AListWithoutOwnerRefusesRemovalByIndexButRemovesByKey) {
     Tree t;
     Ref<CQVRCatalogObjectVector> plain = makeObject<CQVRCatalogObjectVector>();

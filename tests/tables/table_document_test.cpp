@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 
 #include "common/temp_files.h"
 #include "tables/table.h"
@@ -104,6 +105,7 @@ TEST_F(TableFiles, SavingLoadingAndAnEmptyAddress) {
     VARIANT_BOOL ok = VARIANT_FALSE;
     // Never loaded or saved: there is no address to save to.
     EXPECT_EQ(table->save(&ok), E_INVALIDARG);
+    EXPECT_NE(lastError().find("it has no file to be saved to"), std::string::npos);
     EXPECT_EQ(ok, VARIANT_FALSE);
     // An empty address writes nothing and counts as saved; it becomes the address.
     ASSERT_EQ(table->saveAs(Variant(""), &ok), S_OK);
@@ -135,6 +137,27 @@ TEST_F(TableFiles, SavingLoadingAndAnEmptyAddress) {
     EXPECT_NE(base.view().find(dir.filename().string()), std::string_view::npos);
     write("catalog.xml", "<vCAT/>");
     EXPECT_EQ(loaded->load(Variant(file("catalog.xml")), 0, &ok), QVR_E_NOTTABLE);
+
+    // After any failed load the table is not saved, not even to an empty address; the file it
+    // came from stays as it was. A good load or a new document make it savable again.
+    const std::string saved = read(file("t.xml"));
+    write("broken.xml", "<vCATTable>");
+    const std::function<HRESULT()> failedLoads[] = {
+        [&] { return loaded->load(Variant(file("catalog.xml")), 0, &ok); },
+        [&] { return loaded->load(Variant(file("broken.xml")), 0, &ok); },
+        [&] { return loaded->load(Variant(file("missing.xml")), 0, &ok); },
+        [&] { return loaded->loadXML("<vCATTable", "", 0, &ok); },
+    };
+    for (const auto& failedLoad : failedLoads) {
+        ASSERT_EQ(loaded->load(Variant(file("t.xml")), 0, &ok), S_OK);
+        EXPECT_NE(failedLoad(), S_OK);
+        EXPECT_EQ(loaded->save(&ok), E_FAIL);
+        EXPECT_NE(lastError().find("its last load failed"), std::string::npos);
+        EXPECT_EQ(loaded->saveAs(Variant(""), &ok), E_FAIL);
+        EXPECT_EQ(read(file("t.xml")), saved);
+    }
+    ASSERT_EQ(loaded->create("", "", "", &ok), S_OK);
+    EXPECT_EQ(loaded->saveAs(Variant(file("t.xml")), &ok), S_OK);
 }
 
 TEST_F(TableFiles, ATableBuiltThroughTheApiReadsBackEqualAfterSavingAndLoading) {

@@ -49,6 +49,12 @@ inline Ref<IQVRTableUniqueColumn> uniqueColumnOf(IQVRCatalogTable* table) {
     return unique;
 }
 
+// The text of the attribute or child that `xpath` selects below `object` ("" when none).
+inline std::string textAt(IQVRCatalogObject* object, const char* xpath) {
+    Variant value;
+    return object && object->getValue(xpath, &value) == S_OK ? value.str().str() : std::string();
+}
+
 // The keys of the items of a list, joined by blanks.
 inline std::string keysIn(IQVRCatalogObjectList* list) {
     std::string keys;
@@ -142,8 +148,8 @@ inline Variant valueAt(IQVRCatalogTable* table, IQVRCatalogObject* column, const
     return value;
 }
 
-// Rows, cells and recipes by kind and key (without one by kind alone), everything else by name
-// ("Table" for the table itself).
+// Rows, cells and recipes by kind and key (without one by kind alone), views by their view name,
+// everything else by name ("Table" for the table itself).
 inline std::string describeTableObject(IQVRCatalogObject* object) {
     QVRObjectType type = qvrCatalog;
     if (object) object->get_objectType(&type);
@@ -154,6 +160,10 @@ inline std::string describeTableObject(IQVRCatalogObject* object) {
     switch (type) {
     case qvrInfoCell: return withKey("Row");
     case qvrCell: return withKey("Cell");
+    case qvrDrawing: return withKey("Drawing");
+    case qvrRefCell: return withKey("Link");
+    case qvrView:
+    case qvrConstView: return textAt(object, "@viewName");
     case qvrRecipe: return withKey("Recipe");
     case qvrTable: return "Table";
     default: return nameOf(object);

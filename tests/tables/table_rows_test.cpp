@@ -71,6 +71,8 @@ TEST(TableRows, ASecondCellForARowInOneColumnIsRefusedAndTakenOut) {
     Ref<IQVRTableCell> quoted;
     ASSERT_EQ(table->createCell("O'Brien", Variant("3"), &quoted), S_OK);
     EXPECT_EQ(length->appendChild(quoted, nullptr), E_FAIL);
+    EXPECT_EQ(lastError(), "The value \"O'Brien\" cannot be looked up: it holds an apostrophe, "
+                           "which would end the quoted text of the selection.");
     EXPECT_EQ(childTags(length), "Row");
     EXPECT_EQ(rowKeys(table), "A-10");
 

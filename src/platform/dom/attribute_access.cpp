@@ -1,4 +1,6 @@
 #include "platform/dom/attribute_access.h"
+
+#include "platform/dom/carriable_text.h"
 #include "platform/dom/xml_text.h"
 
 #include <string>
@@ -67,12 +69,13 @@ xmlNsPtr declarationOf(xmlNodePtr element, const xmlChar* prefix) {
 }
 
 // Brackets a change of an attribute with the lookup tables when they follow it. The name is
-// copied: the attribute may be freed by the change.
+// copied: the attribute may be freed by the change. Any attribute may name its element.
 class TrackedChange {
 public:
     TrackedChange(xmlNodePtr element, const xmlChar* name, bool tracked)
         : element_(tracked ? element : nullptr),
           name_(tracked ? reinterpret_cast<const char*>(name) : "") {
+        Index::namingChanged();
         if (element_) Tree::of(element_)->index().attributeChanging(element_, bytes(name_));
     }
     ~TrackedChange() {
@@ -118,6 +121,10 @@ xmlAttrPtr AttributeAccess::find(xmlNodePtr element, std::string_view name) {
     return nullptr;
 }
 
+HRESULT AttributeAccess::checkValue(std::string_view name, const String& value) {
+    return checkCarriable(value, "The value of attribute \"" + std::string(name) + "\"");
+}
+
 HRESULT AttributeAccess::get(xmlNodePtr element, const String& name, String* value) {
     if (isDeclaration(name.view())) {
         const QualifiedName q = split(name.view());
@@ -133,7 +140,9 @@ HRESULT AttributeAccess::get(xmlNodePtr element, const String& name, String* val
 }
 
 HRESULT AttributeAccess::set(xmlNodePtr element, const String& name, const String& value) {
-    if (name.isEmpty() || xmlValidateQName(bytes(name.c_str()), 0) != 0) return E_FAIL;
+    if (name.isEmpty() || holdsNul(name) || xmlValidateQName(bytes(name.c_str()), 0) != 0)
+        return E_FAIL;
+    if (HRESULT hr = checkValue(name.view(), value); hr != S_OK) return hr;
     if (isDeclaration(name.view())) return setDeclaration(element, name, value);
     const QualifiedName q = split(name.view());
     xmlNsPtr ns = nullptr;
@@ -166,6 +175,7 @@ HRESULT AttributeAccess::remove(xmlNodePtr element, const String& name) {
 }
 
 HRESULT AttributeAccess::setValue(xmlAttrPtr attribute, const String& value) {
+    if (HRESULT hr = checkValue(qualifiedName(attribute), value); hr != S_OK) return hr;
     if (xmlNodePtr element = attribute->parent) {
         TrackedChange change(element, attribute->name, isTracked(attribute));
         if (!xmlSetNsProp(element, attribute->ns, attribute->name, bytes(value.c_str())))

@@ -36,6 +36,8 @@ public:
     static const KnownNamespace* knownNamespaces(std::size_t* count);
 
 private:
+    // S_OK for a value a document can carry, else the report that names the attribute.
+    static HRESULT checkValue(std::string_view name, const String& value);
     static xmlAttrPtr find(xmlNodePtr element, std::string_view name);
     static HRESULT setDeclaration(xmlNodePtr element, const String& name, const String& value);
     static HRESULT removeDeclaration(xmlNodePtr element, const String& name);

@@ -4,7 +4,9 @@
 #include <libxml/parser.h>
 #include <libxml/valid.h>
 
+#include "platform/com/error_report.h"
 #include "platform/com/failure.h"
+#include "platform/dom/carriable_text.h"
 #include "platform/dom/document_io.h"
 #include "platform/dom/tree.h"
 #include "platform/dom/tree_edit.h"
@@ -95,7 +97,7 @@ HRESULT Document::createElement(const String& tagName, Ref<IXMLDOMElement>* elem
     if (!element) return E_POINTER;
     *element = nullptr;
     if (tagName.isNull()) return E_INVALIDARG;
-    if (xmlValidateQName(bytes(tagName), 0) != 0) return E_FAIL;
+    if (holdsNul(tagName) || xmlValidateQName(bytes(tagName), 0) != 0) return E_FAIL;
     return guarded([&] {
         Ref<IXMLDOMNode> node;
         const HRESULT status =
@@ -109,6 +111,7 @@ HRESULT Document::createTextNode(const String& text, Ref<IXMLDOMNode>* node) {
     const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!node) return E_POINTER;
     *node = nullptr;
+    if (HRESULT hr = checkCarriable(text, "The text"); hr != S_OK) return hr;
     return guarded([&] {
         return handOutNew(xmlNewDocTextLen(doc(), bytes(text), static_cast<int>(text.byteLength())),
                           node);
@@ -119,6 +122,7 @@ HRESULT Document::createComment(const String& text, Ref<IXMLDOMNode>* node) {
     const Ref<IXMLDOMNode> self(this); // the out value may hold the last reference
     if (!node) return E_POINTER;
     *node = nullptr;
+    if (HRESULT hr = checkCarriable(text, "The comment", TextKind::Comment); hr != S_OK) return hr;
     return guarded([&] { return handOutNew(xmlNewDocComment(doc(), bytes(text)), node); });
 }
 
@@ -128,7 +132,11 @@ HRESULT Document::createProcessingInstruction(const String& target, const String
     if (!node) return E_POINTER;
     *node = nullptr;
     if (target.isNull()) return E_INVALIDARG;
-    if (xmlValidateNCName(bytes(target), 0) != 0) return E_FAIL;
+    if (holdsNul(target) || xmlValidateNCName(bytes(target), 0) != 0) return E_FAIL;
+    if (HRESULT hr =
+            checkCarriable(data, "The processing instruction", TextKind::ProcessingInstruction);
+        hr != S_OK)
+        return hr;
     return guarded(
         [&] { return handOutNew(xmlNewDocPI(doc(), bytes(target), bytes(data)), node); });
 }
@@ -164,7 +172,13 @@ HRESULT Document::load(const Variant& source, VARIANT_BOOL* ok) {
         const HRESULT located = DocumentIO::pathOf(source, &path);
         if (located == E_ACCESSDENIED)
             return failLoad(DocumentIO::unreadable(E_ACCESSDENIED, source.str()), ok);
-        if (FAILED(located)) return located;
+        if (FAILED(located)) {
+            // The record tells the caller's report what was wrong, as for any failed load.
+            lastError_ =
+                DocumentIO::unreadable(located, source.vt() == VT_BSTR ? source.str() : String(""));
+            lastError_.reason = String("The source is neither a file path nor a file: URL.");
+            return located;
+        }
         ParseErrorRecord error;
         xmlDocPtr parsed = DocumentIO::parseFile(path, &error);
         if (!parsed) return failLoad(std::move(error), ok);
@@ -180,9 +194,22 @@ HRESULT Document::loadXML(const String& xml, VARIANT_BOOL* ok) {
 
 HRESULT Document::save(const Variant& destination) {
     return guarded([&] {
+        const ErrorSource from{"XMLDOM.Document", IXMLDOMDocument::iid};
         std::string path;
-        if (HRESULT hr = DocumentIO::pathOf(destination, &path); FAILED(hr)) return hr;
-        return DocumentIO::writeReplacing(path, DocumentIO::savedForm(doc()));
+        if (HRESULT hr = DocumentIO::pathOf(destination, &path); FAILED(hr)) {
+            std::string text = "The document cannot be saved";
+            if (destination.vt() != VT_BSTR || destination.str().isEmpty())
+                text += ": no file is named to save it to.";
+            else if (hr == E_ACCESSDENIED)
+                text += " to " + destination.str().str() + ": only files are written.";
+            else
+                text += " to " + destination.str().str() + ": it is not the path of a file.";
+            return reportError(from, String(std::move(text)), hr);
+        }
+        std::string reason;
+        const HRESULT hr = DocumentIO::writeReplacing(path, DocumentIO::savedForm(doc()), &reason);
+        if (hr == S_OK) return S_OK;
+        return reportError(from, String("The file " + path + " cannot be saved: " + reason), hr);
     });
 }
 

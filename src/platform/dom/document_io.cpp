@@ -2,7 +2,9 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <climits>
+#include <cstring>
 #include <filesystem>
 #include <vector>
 
@@ -14,13 +16,18 @@
 #include <libxml/parserInternals.h>
 #include <libxml/xmlsave.h>
 
+#include "platform/dom/parse_limits.h"
 #include "platform/dom/quiet_errors.h"
+#include "platform/file/file_calls.h"
 #include "platform/url/url.h"
 
 namespace qvr::dom {
 namespace {
 
-constexpr int kParseOptions = XML_PARSE_NOBLANKS | XML_PARSE_NONET;
+// Texts of any length load (XML_PARSE_HUGE lifts the parser's limit of 10,000,000 bytes on one
+// text, which a value the library accepted could exceed); ParseLimits bounds instead what the
+// input makes the parser build beyond its own size.
+constexpr int kParseOptions = XML_PARSE_NOBLANKS | XML_PARSE_NONET | XML_PARSE_HUGE;
 // Parse error codes are told apart from other statuses by this base.
 constexpr std::uint32_t kParseCodeBase = 0xC00CE000u;
 // The source line of an error record is cut to this many bytes around the error.
@@ -44,6 +51,10 @@ constexpr FileFailure kFileFailures[] = {
     {ENOSPC, STG_E_MEDIUMFULL, "There is not enough space on the disk."},
     {EFBIG, E_OUTOFMEMORY, "The file is too large."},
     {ENOMEM, E_OUTOFMEMORY, "Not enough memory."},
+    {EDQUOT, STG_E_MEDIUMFULL, "There is not enough space on the disk."},
+    {EIO, STG_E_READFAULT, "The device does not work as it should."},
+    {ELOOP, HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND),
+     "The system cannot locate the object specified."},
 };
 
 const FileFailure& failureOf(int error) {
@@ -165,6 +176,7 @@ private:
 struct FileReader {
     int fd = -1;
     int error = 0;
+    std::size_t size = 0;
 
     FileReader() = default;
     FileReader(const FileReader&) = delete;
@@ -180,6 +192,8 @@ struct FileReader {
             error = errno;
         else if (S_ISDIR(info.st_mode))
             error = EISDIR;
+        else
+            size = static_cast<std::size_t>(info.st_size);
         return error == 0;
     }
     static int read(void* self, char* buffer, int length) {
@@ -195,10 +209,6 @@ struct FileReader {
     }
     static int close(void*) { return 0; }
 };
-
-HRESULT statusOfErrno() {
-    return failureOf(errno).status;
-}
 
 } // namespace
 
@@ -269,15 +279,16 @@ xmlDocPtr DocumentIO::parse(std::string_view text, const String& url, ParseError
         return nullptr;
     }
     QuietErrors quiet;
+    CapturedError refusal;
     if (!text.empty()) {
         // (libxml2's static input buffer would spare the copy the memory parser makes, but it
         // breaks on large inputs in the libxml2 we build against.)
         xmlParserCtxtPtr context =
             xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()));
         if (!context) throw std::bad_alloc();
-        if (xmlDocPtr doc = runParser(context)) return doc;
+        if (xmlDocPtr doc = runParser(context, text.size(), &refusal)) return doc;
     }
-    describe(quiet, text, error);
+    describe(quiet, refusal, text, error);
     return nullptr;
 }
 
@@ -290,12 +301,13 @@ xmlDocPtr DocumentIO::parseFile(const std::string& path, ParseErrorRecord* error
         return nullptr;
     }
     QuietErrors quiet;
+    CapturedError refusal;
     // Streamed from the file as libxml2 reads files itself; the file is read again only to
     // show the line of an error.
     xmlParserCtxtPtr context = xmlCreateIOParserCtxt(
         nullptr, nullptr, &FileReader::read, &FileReader::close, &reader, XML_CHAR_ENCODING_NONE);
     if (!context) throw std::bad_alloc();
-    if (xmlDocPtr doc = runParser(context)) return doc;
+    if (xmlDocPtr doc = runParser(context, reader.size, &refusal)) return doc;
     if (reader.error) {
         *error = unreadable(failureOf(reader.error).status, error->url);
         return nullptr;
@@ -303,28 +315,33 @@ xmlDocPtr DocumentIO::parseFile(const std::string& path, ParseErrorRecord* error
     std::string text;
     ParseErrorRecord unread;
     readFile(path, &text, &unread);
-    describe(quiet, text, error);
+    describe(quiet, refusal, text, error);
     return nullptr;
 }
 
-xmlDocPtr DocumentIO::runParser(xmlParserCtxtPtr context) {
+xmlDocPtr DocumentIO::runParser(xmlParserCtxtPtr context, std::size_t inputSize,
+                                CapturedError* refusal) {
     xmlCtxtUseOptions(context, kParseOptions);
     // No registration of ID attributes: the layer keeps its own tables, and libxml2's would
     // keep pointers to attributes that the layer changes and frees.
     context->loadsubset |= XML_SKIP_IDS;
+    ParseLimits limits(context, inputSize);
     xmlParseDocument(context);
     xmlDocPtr doc = context->myDoc;
-    const bool wellFormed = context->wellFormed != 0 && doc;
+    const bool wellFormed = context->wellFormed != 0 && doc && !limits.refusal();
     xmlFreeParserCtxt(context);
-    if (wellFormed) return doc;
+    if (wellFormed && limits.acceptsTree(doc)) return doc;
+    if (const CapturedError* refused = limits.refusal()) *refusal = *refused;
     if (doc) xmlFreeDoc(doc);
     return nullptr;
 }
 
-void DocumentIO::describe(const QuietErrors& quiet, std::string_view text,
-                          ParseErrorRecord* error) {
+void DocumentIO::describe(const QuietErrors& quiet, const CapturedError& refusal,
+                          std::string_view text, ParseErrorRecord* error) {
     CapturedError captured;
-    if (const CapturedError* first = quiet.first())
+    if (refusal.code != 0)
+        captured = refusal; // a bound of the parse, not a fault libxml2 found
+    else if (const CapturedError* first = quiet.first())
         captured = *first;
     else
         captured = {XML_ERR_DOCUMENT_EMPTY, 1, 1, "Document is empty"};
@@ -372,30 +389,151 @@ std::string DocumentIO::nodeXml(xmlNodePtr node) {
     return out;
 }
 
-HRESULT DocumentIO::writeReplacing(const std::string& path, std::string_view bytes) {
-    static std::atomic<unsigned> counter{0};
-    const std::string temporary = path + ".~" + std::to_string(::getpid()) + "-" +
-                                  std::to_string(counter.fetch_add(1)) + ".tmp";
-    const int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd < 0) return statusOfErrno();
-    struct stat existing {};
-    if (::stat(path.c_str(), &existing) == 0 && S_ISREG(existing.st_mode))
-        (void)::fchmod(fd, existing.st_mode & 07777);
-    std::size_t written = 0;
-    HRESULT status = S_OK;
-    while (written < bytes.size()) {
-        const ssize_t put = ::write(fd, bytes.data() + written, bytes.size() - written);
-        if (put < 0 && errno == EINTR) continue;
-        if (put < 0) {
-            status = statusOfErrno();
-            break;
-        }
-        written += static_cast<std::size_t>(put);
+namespace {
+
+// The steps of a save that can fail, in the order they run; the first failure ends the save.
+class ReplacingWrite {
+public:
+    ReplacingWrite(const std::string& path, std::string* reason)
+        : calls_(file::FileCalls::current()), target_(path), reason_(reason) {}
+
+    HRESULT run(std::string_view bytes) {
+        if (!findTarget() || !checkTarget() || !openTemporary() || !writeAll(bytes) ||
+            !flushAndClose() || !replace() || !flushFolder())
+            return status_;
+        return S_OK;
     }
-    if (::close(fd) != 0 && status == S_OK) status = statusOfErrno();
-    if (status == S_OK && ::rename(temporary.c_str(), path.c_str()) != 0) status = statusOfErrno();
-    if (status != S_OK) ::unlink(temporary.c_str());
-    return status;
+
+    ~ReplacingWrite() {
+        if (fd_ >= 0) calls_.close(fd_);
+        if (!temporary_.empty()) ::unlink(temporary_.c_str());
+    }
+    ReplacingWrite(const ReplacingWrite&) = delete;
+    ReplacingWrite& operator=(const ReplacingWrite&) = delete;
+
+private:
+    bool fail(int error, const char* detail = nullptr) {
+        const FileFailure& failure = failureOf(error);
+        // A device that fails while the file is written: the write's fault, not the reader's.
+        status_ = error == EIO ? STG_E_WRITEFAULT : failure.status;
+        *reason_ = failure.reason;
+        *reason_ += detail ? std::string(" (") + detail + ")"
+                           : " (" + std::string(std::strerror(error)) + ")";
+        return false;
+    }
+
+    // A symbolic link is followed to the file it names, which is replaced; the link stays.
+    bool findTarget() {
+        struct stat info {};
+        if (::lstat(target_.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return true;
+        std::error_code error;
+        const auto named = std::filesystem::weakly_canonical(target_, error);
+        if (error) return fail(error.value());
+        target_ = named.string();
+        return true;
+    }
+
+    // An existing file that nobody may write (no write permission at all, as a read-only file
+    // has) is refused even where the system would let its folder be changed.
+    bool checkTarget() {
+        if (::stat(target_.c_str(), &existing_) != 0) {
+            if (errno != ENOENT) return fail(errno);
+            exists_ = false;
+            return true;
+        }
+        exists_ = true;
+        if (S_ISDIR(existing_.st_mode)) return fail(EISDIR);
+        if ((existing_.st_mode & 0222) == 0) return fail(EACCES, "the file is read-only");
+        if (::access(target_.c_str(), W_OK) != 0) return fail(errno);
+        return true;
+    }
+
+    // Beside the target, named for what it is: ".catalog.xml.qvr-save-Ab12Cd".
+    bool openTemporary() {
+        const std::filesystem::path target(target_);
+        folder_ = target.parent_path().string();
+        if (folder_.empty()) folder_ = ".";
+        static std::atomic<unsigned> counter{0};
+        static constexpr char letters[] =
+            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+        std::uint64_t seed =
+            (static_cast<std::uint64_t>(::getpid()) << 32) ^
+            static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+        for (int attempt = 0; attempt < 64; ++attempt) {
+            std::uint64_t mix = (seed + counter.fetch_add(1)) * 0x9E3779B97F4A7C15ull;
+            std::string name = "." + target.filename().string() + ".qvr-save-";
+            for (int i = 0; i < 6; ++i, mix /= 62) name += letters[mix % 62];
+            const std::string path = (std::filesystem::path(folder_) / name).string();
+            fd_ = calls_.open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+            if (fd_ >= 0) {
+                temporary_ = path;
+                break;
+            }
+            if (errno != EEXIST) return fail(errno);
+        }
+        if (fd_ < 0) return fail(EEXIST);
+        if (exists_) {
+            // The new file takes the place of the old one with its owner and its mode; an owner
+            // that this process may not give stays its own.
+            (void)::fchown(fd_, existing_.st_uid, existing_.st_gid);
+            (void)::fchmod(fd_, existing_.st_mode & 07777);
+        }
+        return true;
+    }
+
+    bool writeAll(std::string_view bytes) {
+        std::size_t written = 0;
+        while (written < bytes.size()) {
+            const ssize_t put = calls_.write(fd_, bytes.data() + written, bytes.size() - written);
+            if (put < 0 && errno == EINTR) continue;
+            if (put < 0) return fail(errno);
+            if (put == 0) return fail(ENOSPC);
+            written += static_cast<std::size_t>(put);
+        }
+        return true;
+    }
+
+    // The data are on the disk before the name points at them, so that a crash leaves the old
+    // file or the new one, whole.
+    bool flushAndClose() {
+        if (calls_.fsync(fd_) != 0) return fail(errno);
+        const int fd = std::exchange(fd_, -1);
+        if (calls_.close(fd) != 0) return fail(errno);
+        return true;
+    }
+
+    bool replace() {
+        if (calls_.rename(temporary_.c_str(), target_.c_str()) != 0) return fail(errno);
+        temporary_.clear();
+        return true;
+    }
+
+    // The rename itself is on the disk before the save answers.
+    bool flushFolder() {
+        const int fd = calls_.open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
+        if (fd < 0) return fail(errno);
+        const bool flushed = calls_.fsync(fd) == 0 || errno == EINVAL; // EINVAL: not supported
+        const int error = errno;
+        calls_.close(fd);
+        return flushed || fail(error);
+    }
+
+    file::FileCalls& calls_;
+    std::string target_;
+    std::string* reason_;
+    std::string folder_;
+    std::string temporary_;
+    struct stat existing_ {};
+    bool exists_ = false;
+    int fd_ = -1;
+    HRESULT status_ = E_FAIL;
+};
+
+} // namespace
+
+HRESULT DocumentIO::writeReplacing(const std::string& path, std::string_view bytes,
+                                   std::string* reason) {
+    return ReplacingWrite(path, reason).run(bytes);
 }
 
 } // namespace qvr::dom

@@ -1,7 +1,7 @@
 // Reading, parsing, writing and serialising documents. Parsing never touches the network, never
 // loads a DTD or an external entity and never substitutes entities; whitespace-only text between
-// elements is dropped. Writing goes to a temporary file beside the target that is then renamed
-// over it.
+// elements is dropped. Writing goes to a temporary file beside the target that reaches the disk
+// and is then renamed over the target.
 #pragma once
 
 #include <string>
@@ -26,7 +26,8 @@ public:
     // The failure record of a source that cannot be read at all.
     static ParseErrorRecord unreadable(HRESULT status, const String& url);
 
-    // Parses `text`; null with the record filled on failure.
+    // Parses `text`; null with the record filled on failure. A document whose entities expand to
+    // far more than its own size, or that nests too deep, is refused (ParseLimits).
     static xmlDocPtr parse(std::string_view text, const String& url, ParseErrorRecord* error);
     // Parses the file at `path`; null with the record filled on failure (also when the file
     // cannot be read).
@@ -39,13 +40,21 @@ public:
     // A node's XML text; an element below another element carries the declarations it needs.
     static std::string nodeXml(xmlNodePtr node);
 
-    // Writes `bytes` to a temporary file beside `path`, then renames it over `path`.
-    static HRESULT writeReplacing(const std::string& path, std::string_view bytes);
+    // Writes `bytes` to a temporary file beside `path`, flushes it, renames it over `path` (over
+    // the file a symbolic link names) and flushes the folder. An existing file keeps its owner
+    // and mode; a read-only one is refused. On failure the old file is untouched, the temporary
+    // file gone, and `reason` tells why.
+    static HRESULT writeReplacing(const std::string& path, std::string_view bytes,
+                                  std::string* reason);
 
 private:
     static bool readFile(const std::string& path, std::string* bytes, ParseErrorRecord* error);
-    static xmlDocPtr runParser(xmlParserCtxtPtr context);
-    static void describe(const QuietErrors& quiet, std::string_view text, ParseErrorRecord* error);
+    // Parses an input of `inputSize` bytes within the parse limits; a refusal by those limits is
+    // told in `refusal`.
+    static xmlDocPtr runParser(xmlParserCtxtPtr context, std::size_t inputSize,
+                               CapturedError* refusal);
+    static void describe(const QuietErrors& quiet, const CapturedError& refusal,
+                         std::string_view text, ParseErrorRecord* error);
 };
 
 } // namespace qvr::dom

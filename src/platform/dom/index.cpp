@@ -98,6 +98,7 @@ void Index::guard(Change&& change) noexcept {
 }
 
 void Index::removing(xmlNodePtr top) {
+    namingChanged();
     structureChanged();
     if ((!attributesBuilt_ && !rowsBuilt_) || !inTree(top)) return;
     guard([&] {
@@ -111,6 +112,7 @@ void Index::removing(xmlNodePtr top) {
 }
 
 void Index::inserted(xmlNodePtr top) {
+    namingChanged();
     structureChanged();
     if ((!attributesBuilt_ && !rowsBuilt_) || !inTree(top)) return;
     guard([&] {
@@ -158,6 +160,12 @@ void Index::rowsAt(std::size_t n, bool firstOnly, std::vector<xmlNodePtr>* nodes
 }
 
 void Index::textChanged(xmlNodePtr at) {
+    for (xmlNodePtr node = at; node; node = node->parent) {
+        if (isPlainElement(node, "RowUnique")) {
+            namingChanged();
+            break;
+        }
+    }
     if (!rowsBuilt_) return;
     guard([&] {
         if (xmlNodePtr row = rowAbove(at)) {
@@ -179,6 +187,7 @@ void Index::forEachAttributeNamed(xmlNodePtr element, const xmlChar* name, F&& f
 }
 
 void Index::attributeChanging(xmlNodePtr element, const xmlChar* name) {
+    namingChanged();
     forEachAttributeNamed(
         element, name, [&](Table& table, std::string_view value) { erase(table, value, element); });
 }

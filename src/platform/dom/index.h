@@ -6,6 +6,8 @@
 // changes.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -43,6 +45,14 @@ public:
     // A run of such lookups with no change of the tree between them is answered from a list of
     // the rows in order, made at the run's second lookup; a single lookup walks to its row.
     void rowsAt(std::size_t n, bool firstOnly, std::vector<xmlNodePtr>* nodes);
+
+    // A count, over every document of the process, of the changes that can alter what names an
+    // element: insertions, removals, attribute changes, a document's new content, and text
+    // changes within a `RowUnique` (a row's text is its key). Other text changes, such as the
+    // values of cells, leave it. Whoever keeps answers derived from such names (say, which item
+    // of a list carries a key) may keep them while the count stays the same.
+    static std::uint64_t namingVersion() { return namingVersion_.load(std::memory_order_relaxed); }
+    static void namingChanged() { namingVersion_.fetch_add(1, std::memory_order_relaxed); }
 
     // True when `node` stands in the document's tree (its top is the document node).
     static bool inTree(xmlNodePtr node);
@@ -84,6 +94,8 @@ private:
     void removeRow(xmlNodePtr row);
     // The table row that holds `node` (or is it), if any.
     static xmlNodePtr rowAbove(xmlNodePtr node);
+
+    static inline std::atomic<std::uint64_t> namingVersion_{0};
 
     xmlDocPtr doc_;
     bool attributesBuilt_ = false;

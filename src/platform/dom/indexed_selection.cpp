@@ -8,6 +8,7 @@
 #include <libxml/xpath.h>
 
 #include "platform/dom/index.h"
+#include "platform/dom/indexed_forms.h"
 #include "platform/dom/tree.h"
 
 namespace qvr::dom {
@@ -26,6 +27,8 @@ enum class Shape {
     TableCellsByIdref, // /vCATTable//*[@idref='ID']
     ChildByIdref,      // *[@idref = 'ID'] relative to a column
     TableRowAt,        // /vCATTable/ColumnUnique/RowUnique[N]
+    TableColumns,      // /vCATTable/ColumnUnique, /vCATTable/Column | /vCATTable/ColumnConst
+    ChildrenNamed,     // NAME: the context's child elements of that name, without namespace
 };
 
 struct ShapeForm {
@@ -34,25 +37,28 @@ struct ShapeForm {
     Shape shape;
 };
 
-// The value stands between prefix and suffix. Position forms come last: their prefix is shared.
+// The value stands between prefix and suffix. The model's own forms come first; each is followed
+// by the other spacing people write. Position forms come last: their prefix is shared.
 constexpr ShapeForm kShapeForms[] = {
-    {".//*[@id = '", "']", Shape::DescendantById},
+    {forms::descendantById.head, forms::descendantById.tail, Shape::DescendantById},
     {".//*[@id='", "']", Shape::DescendantById},
-    {"//*[@id = '", "']", Shape::DocumentById},
+    {forms::documentById.head, forms::documentById.tail, Shape::DocumentById},
     {"//*[@id='", "']", Shape::DocumentById},
+    {forms::childById.head, forms::childById.tail, Shape::ChildById},
     {"*[@id='", "']", Shape::ChildById},
-    {"*[@id = '", "']", Shape::ChildById},
-    {"/vCATTable/ColumnUnique/RowUnique[. = '", "']", Shape::TableRowByKey},
+    {forms::tableRowByKey.head, forms::tableRowByKey.tail, Shape::TableRowByKey},
     {"/vCATTable/ColumnUnique/RowUnique[.='", "']", Shape::TableRowByKey},
-    {"RowUnique[@id='", "']", Shape::ChildRowById},
+    {forms::childRowById.head, forms::childRowById.tail, Shape::ChildRowById},
     {"RowUnique[@id = '", "']", Shape::ChildRowById},
-    {"/vCATTable/ColumnUnique/RowUnique[@id='", "']", Shape::TableRowById},
+    {forms::tableRowById.head, forms::tableRowById.tail, Shape::TableRowById},
     {"/vCATTable/ColumnUnique/RowUnique[@id = '", "']", Shape::TableRowById},
-    {"/vCATTable//*[@idref='", "']", Shape::TableCellsByIdref},
+    {forms::tableCellsByIdref.head, forms::tableCellsByIdref.tail, Shape::TableCellsByIdref},
     {"/vCATTable//*[@idref = '", "']", Shape::TableCellsByIdref},
-    {"*[@idref = '", "']", Shape::ChildByIdref},
+    {forms::childByIdref.head, forms::childByIdref.tail, Shape::ChildByIdref},
     {"*[@idref='", "']", Shape::ChildByIdref},
-    {"/vCATTable/ColumnUnique/RowUnique[", "]", Shape::TableRowAt},
+    {forms::tableUniqueColumn.head, forms::tableUniqueColumn.tail, Shape::TableColumns},
+    {forms::tableValueColumns.head, forms::tableValueColumns.tail, Shape::TableColumns},
+    {forms::tableRowAt.head, forms::tableRowAt.tail, Shape::TableRowAt},
 };
 
 // Positions with more digits are left to XPath.
@@ -65,12 +71,30 @@ bool isStrictDescendant(xmlNodePtr node, xmlNodePtr ancestor) {
 }
 
 bool valueFits(Shape shape, std::string_view value) {
+    if (shape == Shape::TableColumns) return value.empty();
     if (shape != Shape::TableRowAt) return value.find('\'') == std::string_view::npos;
     return !value.empty() && value.size() <= kMaxPositionDigits &&
            std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
+// A name without prefix, in ASCII: as a whole expression it is a step to the children so named.
+bool isPlainName(std::string_view text) {
+    auto isStart = [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
+    };
+    return !text.empty() && isStart(text.front()) &&
+           std::all_of(text.begin() + 1, text.end(), [&](char c) {
+               return isStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+           });
+}
+
+constexpr ShapeForm kChildrenNamed{"", "", Shape::ChildrenNamed};
+
 const ShapeForm* recognise(std::string_view expression, std::string_view* value) {
+    if (isPlainName(expression)) {
+        *value = expression;
+        return &kChildrenNamed;
+    }
     for (const auto& form : kShapeForms) {
         if (expression.size() < form.prefix.size() + form.suffix.size() ||
             !expression.starts_with(form.prefix) || !expression.ends_with(form.suffix))
@@ -123,6 +147,19 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
     std::string_view text;
     const ShapeForm* form = recognise(expression, &text);
     if (!form) return false;
+    if (form->shape == Shape::ChildrenNamed) {
+        // Walked at once, in or out of the tree, from an element or the document only.
+        if (context->type != XML_ELEMENT_NODE && !isDocument(context)) return false;
+        const std::string name(text);
+        nodes->clear();
+        ++answered;
+        for (xmlNodePtr child = context->children; child; child = child->next) {
+            if (!isPlainElement(child, name.c_str())) continue;
+            nodes->push_back(child);
+            if (firstOnly) break;
+        }
+        return true;
+    }
     // Relative shapes: the tables hold the nodes of the tree only.
     const bool relative = form->prefix.front() != '/';
     if (relative && !Index::inTree(context)) return false;
@@ -176,6 +213,22 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
     case Shape::TableRowAt:
         index.rowsAt(std::stoul(std::string(value)), firstOnly, nodes);
         return true;
+    case Shape::ChildrenNamed: return false; // answered above
+    case Shape::TableColumns: {
+        // Children of the root, walked: a table has a handful of columns.
+        xmlNodePtr root = xmlDocGetRootElement(context->doc);
+        if (!isPlainElement(root, "vCATTable")) return true;
+        const bool unique = form->prefix == forms::tableUniqueColumn.head;
+        for (xmlNodePtr column = root->children; column; column = column->next) {
+            const bool wanted =
+                unique ? isPlainElement(column, "ColumnUnique")
+                       : isPlainElement(column, "Column") || isPlainElement(column, "ColumnConst");
+            if (!wanted) continue;
+            nodes->push_back(column);
+            if (firstOnly) break;
+        }
+        return true;
+    }
     }
     return false;
 }

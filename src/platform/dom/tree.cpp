@@ -17,6 +17,7 @@ void dropXPathError(void*, xmlErrorPtr) {}
 
 Tree::Tree(xmlDocPtr doc, Document* owner) : doc_(doc), owner_(owner), index_(doc) {
     doc_->_private = this;
+    Index::namingChanged();
 }
 
 Tree::~Tree() {

@@ -1,4 +1,6 @@
 #include "platform/dom/tree_edit.h"
+
+#include "platform/dom/carriable_text.h"
 #include "platform/dom/xml_text.h"
 
 #include <memory>
@@ -114,6 +116,12 @@ HRESULT TreeEdit::replace(xmlNodePtr parent, xmlNodePtr node, xmlNodePtr old) {
 }
 
 HRESULT TreeEdit::setText(xmlNodePtr node, const String& text) {
+    const TextKind kind = node->type == XML_COMMENT_NODE ? TextKind::Comment
+                          : node->type == XML_PI_NODE    ? TextKind::ProcessingInstruction
+                                                         : TextKind::Content;
+    // An attribute's value is checked where every attribute value is.
+    if (node->type != XML_ATTRIBUTE_NODE)
+        if (HRESULT hr = checkCarriable(text, "The text", kind); hr != S_OK) return hr;
     const auto* bytes = reinterpret_cast<const xmlChar*>(text.c_str());
     const int length = static_cast<int>(text.byteLength());
     switch (node->type) {
@@ -153,8 +161,9 @@ xmlNodePtr TreeEdit::copy(xmlNodePtr node, bool deep) {
     xmlNodePtr result = nullptr;
     switch (node->type) {
     case XML_ATTRIBUTE_NODE:
-        return reinterpret_cast<xmlNodePtr>(
+        result = reinterpret_cast<xmlNodePtr>(
             AttributeAccess::copyAlone(reinterpret_cast<xmlAttrPtr>(node)));
+        break;
     case XML_ELEMENT_NODE:
     case XML_TEXT_NODE:
     case XML_CDATA_SECTION_NODE:
@@ -168,16 +177,22 @@ xmlNodePtr TreeEdit::copy(xmlNodePtr node, bool deep) {
     }
     if (!result) return nullptr;
     xmlDictPtr dict = node->doc->dict;
-    walkSubtreeWithAttributes(result, [&](xmlNodePtr n) {
-        n->_private = nullptr;
-        // A copied entity reference takes its name from the document's dictionary, and
-        // libxml2's adoption into another document leaves the names of references alone: the
-        // other document would free a string of this one's dictionary. Give it its own.
+    // A copied entity reference takes its name from the document's dictionary, and libxml2's
+    // adoption into another document leaves the names of references alone: the other document
+    // would free a string of this one's dictionary. Give it its own. An attribute's value holds
+    // references too.
+    const auto ownName = [&](xmlNodePtr n) {
         if (n->type == XML_ENTITY_REF_NODE && dict && xmlDictOwns(dict, n->name) == 1)
             n->name = xmlStrdup(n->name);
+    };
+    walkSubtreeWithAttributes(result, [&](xmlNodePtr n) {
+        n->_private = nullptr;
+        ownName(n);
+        if (n->type == XML_ATTRIBUTE_NODE)
+            for (xmlNodePtr part = n->children; part; part = part->next) ownName(part);
         return false;
     });
-    reconcileNamespaces(result, 0);
+    if (result->type != XML_ATTRIBUTE_NODE) reconcileNamespaces(result, 0);
     return result;
 }
 

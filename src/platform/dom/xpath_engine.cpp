@@ -7,6 +7,9 @@
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
 
+#include <qvr/dom.h>
+
+#include "platform/com/error_report.h"
 #include "platform/dom/quiet_errors.h"
 #include "platform/dom/tree.h"
 
@@ -61,26 +64,37 @@ CompiledCache& cache() {
     return instance;
 }
 
+// The report of a selection that selects nothing because it cannot: E_FAIL.
+HRESULT refuse(const std::string& expression, const char* why, const QuietErrors* quiet) {
+    std::string text = "The selection \"" + expression + "\" " + why;
+    if (const CapturedError* error = quiet ? quiet->first() : nullptr;
+        error && !error->message.empty())
+        text += ": " + error->message;
+    text += ".";
+    return reportError({"XMLDOM.Node", IXMLDOMNode::iid}, String(std::move(text)), E_FAIL);
+}
+
 } // namespace
 
 HRESULT XPathEngine::select(Tree& tree, xmlNodePtr context, const std::string& expression,
                             bool firstOnly, std::vector<xmlNodePtr>* nodes) {
     nodes->clear();
-    if (expression.empty() || expression.find('\0') != std::string::npos) return E_FAIL;
+    if (expression.empty() || expression.find('\0') != std::string::npos)
+        return refuse(expression.c_str(), "is malformed", nullptr);
     QuietErrors quiet;
     xmlXPathContextPtr xpath = tree.xpathContext();
     xmlXPathCompExprPtr compiled = cache().get(xpath, expression);
-    if (!compiled) return E_FAIL;
+    if (!compiled) return refuse(expression, "is malformed", &quiet);
     xpath->node = context;
     xpath->doc = context->doc;
     xpath->contextSize = -1;
     xpath->proximityPosition = -1;
     xmlXPathObjectPtr result = xmlXPathCompiledEval(compiled, xpath);
     xpath->node = nullptr;
-    if (!result) return E_FAIL;
+    if (!result) return refuse(expression, "cannot be evaluated", &quiet);
     HRESULT status = S_OK;
     if (result->type != XPATH_NODESET) {
-        status = E_FAIL;
+        status = refuse(expression, "gives a value, not nodes", nullptr);
     } else if (xmlNodeSetPtr set = result->nodesetval) {
         try {
             for (int i = 0; i < set->nodeNr; ++i) {

@@ -81,6 +81,22 @@ int String::compareIgnoreCase(std::string_view other) const {
     return 0;
 }
 
+std::string String::caseFolded() const {
+    std::string out;
+    out.reserve(text_.size());
+    for (std::size_t i = 0; i < text_.size();) {
+        const auto byte = static_cast<unsigned char>(text_[i]);
+        if (byte < 0x80) {
+            // ASCII folds to lower case, as u_foldCase would.
+            out += static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte);
+            ++i;
+            continue;
+        }
+        encode(fold(decode(text_, i)), out);
+    }
+    return out;
+}
+
 bool String::equalsIgnoreCase(std::string_view other) const {
     return compareIgnoreCase(other) == 0;
 }

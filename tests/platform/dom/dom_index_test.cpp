@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "dom_test_support.h"
+#include "platform/dom/indexed_forms.h"
 #include "platform/dom/indexed_selection.h"
 
 namespace qvr {
@@ -23,8 +24,8 @@ constexpr const char* kTable =
 
 const char* const kIds[] = {"R1", "R2", "R3", "R4", "C0", "C1", "X"};
 const char* const kKeys[] = {"A", "B", "C", "", "1"};
-const char* const kTags[] = {"RowUnique",    "RowUnique", "Row",       "Drawing",
-                             "ColumnUnique", "Column",    "vCATTable", "Other"};
+const char* const kTags[] = {"RowUnique", "RowUnique", "Row",         "Drawing", "ColumnUnique",
+                             "Column",    "vCATTable", "ColumnConst", "Other"};
 
 // Every shape the tables answer, with {} where the value goes.
 const char* const kShapes[] = {
@@ -44,6 +45,10 @@ const char* const kShapes[] = {
     "*[@idref = '{}']",
     "*[@idref='{}']",
     "/vCATTable/ColumnUnique/RowUnique[{}]",
+    "/vCATTable/ColumnUnique{}",
+    "ColumnUnique{}",
+    "Row{}",
+    "/vCATTable/Column | /vCATTable/ColumnConst{}",
 };
 
 std::string fill(const char* shape, const std::string& value) {
@@ -209,6 +214,7 @@ public:
 
     std::string randomQuery() {
         const char* shape = anyOf(kShapes);
+        if (std::string(shape).ends_with("{}")) return fill(shape, "");
         if (std::string(shape).find("[{}]") != std::string::npos)
             return fill(shape, std::to_string(pick(5)));
         if (std::string(shape).find(". = ") != std::string::npos ||
@@ -342,3 +348,40 @@ TEST(DomIndex, RowsByPlaceFollowInsertionsAndRemovals) {
 
 } // namespace
 } // namespace qvr::dom
+
+namespace qvr {
+namespace {
+
+// Each form the model builds its selections from is answered by the tables, with XPath's nodes.
+TEST(DomIndex, EveryModelFormIsAnsweredFromTheTables) {
+    struct Case {
+        const char* context; // selected from the document
+        const char* value;
+    };
+    const auto doc = parseXml(kTable);
+    auto caseOf = [](const dom::IndexedForm& form) -> Case {
+        namespace f = dom::forms;
+        if (form.head == f::tableRowByKey.head) return {"/", "B"};
+        if (form.head == f::tableRowAt.head) return {"/", "2"};
+        if (form.head == f::childRowById.head || form.head == f::childById.head)
+            return {"//ColumnUnique", "R2"};
+        if (form.head == f::childByIdref.head) return {"//Column", "R2"};
+        if (form.head == f::tableCellsByIdref.head) return {"/", "R2"};
+        if (form.tail.empty()) return {"/", ""};
+        return {"/vCATTable", "R1"};
+    };
+    for (const dom::IndexedForm& form : dom::forms::all) {
+        const Case c = caseOf(form);
+        Ref<IXMLDOMNode> context;
+        ASSERT_EQ(doc->selectSingleNode(c.context, &context), S_OK);
+        const std::string text = form.text(c.value);
+        const std::uint64_t before = IndexedSelection::answeredCount();
+        const Answer indexed = ask(context, text, true);
+        EXPECT_EQ(IndexedSelection::answeredCount() - before, 2u) << text;
+        EXPECT_FALSE(indexed.nodes.empty()) << text;
+        EXPECT_TRUE(indexed == ask(context, text, false)) << text;
+    }
+}
+
+} // namespace
+} // namespace qvr

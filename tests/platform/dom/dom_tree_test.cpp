@@ -197,13 +197,15 @@ TEST(DomTree, NodesMoveBetweenDocuments) {
     EXPECT_EQ(selectedValues(target, "//*[@xlink:href = 'u'][@xml:lang = 'de']"), "t");
     EXPECT_EQ(rootOf(target)->removeChild(moved, nullptr), S_OK);
 
-    // A copy of a subtree with an entity reference moves too (libxml2 would free a name of the
-    // source's dictionary).
-    auto withEntity = parseXml("<!DOCTYPE r [<!ENTITY e 'text'>]><r><a>&e;</a></r>");
-    Ref<IXMLDOMNode> copy;
+    // A copy of a subtree with an entity reference moves too, in the text or in an attribute's
+    // value (libxml2 would free a name of the source's dictionary).
+    auto withEntity = parseXml("<!DOCTYPE r [<!ENTITY e 'text'>]><r><a b='&e;'>&e;</a></r>");
+    Ref<IXMLDOMNode> copy, attributeCopy;
     ASSERT_EQ(selectOne(withEntity, "/r/a")->cloneNode(VARIANT_TRUE, &copy), S_OK);
+    ASSERT_EQ(selectOne(withEntity, "/r/a/@b")->cloneNode(VARIANT_TRUE, &attributeCopy), S_OK);
     EXPECT_EQ(rootOf(target)->appendChild(copy, nullptr), S_OK);
-    EXPECT_EQ(xmlOf(copy), "<a>&e;</a>");
+    EXPECT_EQ(xmlOf(copy), "<a b=\"&e;\">&e;</a>");
+    withEntity = nullptr;
     EXPECT_EQ(xmlOf(moved), "<p xmlns:xlink=\"http://www.w3.org/1999/xlink\" xlink:href=\"u\" "
                             "xml:lang=\"de\"><q>t</q></p>");
 }

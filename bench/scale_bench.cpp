@@ -1,0 +1,414 @@
+// Per-row costs of a table of N rows by 10 columns and a calculated column, for N = 10,000 and
+// 100,000, each set beside plain libxml2 doing the same work in the same run:
+//   build     every cell made by the table and appended to its column, against the same document
+//             built with libxml2 calls (goal: within 5 times);
+//   save      the model's save against xmlSaveFormatFileEnc of the plain document (goal: 0.8 of
+//             libxml2's throughput or better, i.e. at most 1.25 times its time);
+//   load      the model's load against libxml2 parsing the same file with the same options
+//             (no blanks, no network, no registration of ids) (goal as for save);
+//   memory    heap held after the load against the heap of the plain parse (goal: 1.2 times);
+//   calculate the calculated column by key, by index in order and by index in a scattered
+//             order, per row;
+//   get_item  a row object found by key in the unique column's child list, 5,000 keys scattered,
+//             per lookup;
+//   freeze    the calculated column frozen, against a hand-written pipeline over the plain
+//             document: read the row's three operand texts, paste them into the formula, evaluate
+//             the text with the formula engine, write the result cell (goal: within 2 times).
+// Last, the growth from 10,000 to 100,000 rows of every per-row figure (linear: 10; goal: 12).
+// Times are processor time, each the best of several rounds; memory is what malloc holds.
+#include <malloc.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#include <libxml/xmlsave.h>
+
+#include <qvr/table.h>
+
+#include "vbscript/parse_cache.h"
+#include "vbscript/script_engine.h"
+
+using namespace qvr;
+
+namespace {
+
+constexpr int kColumns = 10;
+constexpr const char* kFormula = "Col1 * Col2 + Col3";
+// Row objects looked up by key in each round.
+constexpr int kLookups = 5000;
+
+double cpuNow() {
+    timespec t{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
+}
+
+double since(double start) {
+    return cpuNow() - start;
+}
+
+std::size_t heapInUse() {
+    return mallinfo2().uordblks;
+}
+
+QVRColumnDataType typeOfColumn(int c) {
+    return c == 0 ? qvrDataTypeString : c % 2 ? qvrDataTypeFloat : qvrDataTypeInt;
+}
+
+std::string keyOfRow(int r) {
+    return "P-" + std::to_string(r);
+}
+
+Variant valueAt(int r, int c) {
+    switch (typeOfColumn(c)) {
+    case qvrDataTypeString: return Variant("M" + std::to_string(r % 97));
+    case qvrDataTypeFloat: return Variant(r * 0.5 + c);
+    default: return Variant(static_cast<std::int32_t>(r + c));
+    }
+}
+
+std::string textOf(const Variant& value) {
+    Variant text;
+    changeType(&text, value, LCID_EN_US, 0, VT_BSTR);
+    return text.str().str();
+}
+
+double asDouble(const Variant& value) {
+    Variant number;
+    changeType(&number, value, LCID_EN_US, 0, VT_R8);
+    return number.vt() == VT_R8 ? number.r8() : -1;
+}
+
+// What the formula gives at row r.
+double expectedAt(int r) {
+    return (r * 0.5 + 1) * (r + 2) + (r * 0.5 + 3);
+}
+
+// Row numbers in a fixed scattered order.
+std::vector<int> scattered(int rows) {
+    std::vector<int> order(static_cast<std::size_t>(rows));
+    for (int r = 0; r < rows; ++r) order[static_cast<std::size_t>(r)] = r;
+    std::uint64_t state = 0x9E3779B97F4A7C15u;
+    for (std::size_t i = order.size(); i > 1; --i) {
+        state = state * 6364136223846793005u + 1442695040888963407u;
+        std::swap(order[i - 1], order[(state >> 33) % i]);
+    }
+    return order;
+}
+
+const char* tagOf(int c) {
+    return c == 0 ? "string" : c % 2 ? "float" : "int";
+}
+
+// The plain document: what the model writes, made with libxml2 calls alone.
+xmlDocPtr buildPlain(int rows) {
+    xmlDocPtr doc = xmlNewDoc(BAD_CAST "1.0");
+    xmlNodePtr root = xmlNewDocNode(doc, nullptr, BAD_CAST "vCATTable", nullptr);
+    xmlDocSetRootElement(doc, root);
+    xmlSetProp(root, BAD_CAST "version", BAD_CAST "1.2");
+    xmlNodePtr unique = xmlNewChild(root, nullptr, BAD_CAST "ColumnUnique", nullptr);
+    xmlSetProp(unique, BAD_CAST "id", BAD_CAST "C0");
+    std::vector<xmlNodePtr> columns;
+    for (int c = 0; c < kColumns; ++c) {
+        xmlNodePtr column = xmlNewChild(root, nullptr, BAD_CAST "Column", nullptr);
+        xmlSetProp(column, BAD_CAST "id", BAD_CAST("C" + std::to_string(c + 1)).c_str());
+        xmlSetProp(column, BAD_CAST "dataType", BAD_CAST tagOf(c));
+        xmlSetProp(column, BAD_CAST "name", BAD_CAST("Col" + std::to_string(c)).c_str());
+        columns.push_back(column);
+    }
+    xmlNodePtr calculated = xmlNewChild(root, nullptr, BAD_CAST "ColumnCalc", nullptr);
+    xmlSetProp(calculated, BAD_CAST "expression", BAD_CAST kFormula);
+    for (int r = 0; r < rows; ++r) {
+        const std::string id = "R" + std::to_string(r);
+        xmlNodePtr row =
+            xmlNewTextChild(unique, nullptr, BAD_CAST "RowUnique", BAD_CAST keyOfRow(r).c_str());
+        xmlSetProp(row, BAD_CAST "id", BAD_CAST id.c_str());
+        for (int c = 0; c < kColumns; ++c) {
+            xmlNodePtr cell =
+                xmlNewTextChild(columns[static_cast<std::size_t>(c)], nullptr, BAD_CAST "Row",
+                                BAD_CAST textOf(valueAt(r, c)).c_str());
+            xmlSetProp(cell, BAD_CAST "idref", BAD_CAST id.c_str());
+        }
+    }
+    return doc;
+}
+
+// Parsed as the library parses: streamed from the file, no blanks, no network, ids not
+// registered.
+int readFile(void* file, char* buffer, int length) {
+    return static_cast<int>(
+        std::fread(buffer, 1, static_cast<std::size_t>(length), static_cast<std::FILE*>(file)));
+}
+int closeFile(void* file) {
+    return std::fclose(static_cast<std::FILE*>(file));
+}
+xmlDocPtr parsePlain(const std::string& path) {
+    xmlParserCtxtPtr context =
+        xmlCreateIOParserCtxt(nullptr, nullptr, &readFile, &closeFile,
+                              std::fopen(path.c_str(), "rb"), XML_CHAR_ENCODING_NONE);
+    xmlCtxtUseOptions(context, XML_PARSE_NOBLANKS | XML_PARSE_NONET);
+    context->loadsubset |= XML_SKIP_IDS;
+    xmlParseDocument(context);
+    xmlDocPtr doc = context->myDoc;
+    xmlFreeParserCtxt(context);
+    return doc;
+}
+
+// The freeze by hand over the plain document: the operand cells walked in step, their texts
+// pasted into the formula, the text evaluated, the value written as a cell of a new column.
+void freezePlain(xmlDocPtr doc, int rows) {
+    xmlNodePtr root = xmlDocGetRootElement(doc);
+    std::vector<xmlNodePtr> operands; // the first cells of Col1, Col2, Col3
+    xmlNodePtr calculated = nullptr;
+    int index = 0;
+    for (xmlNodePtr column = root->children; column; column = column->next) {
+        if (xmlStrEqual(column->name, BAD_CAST "ColumnCalc")) calculated = column;
+        if (!xmlStrEqual(column->name, BAD_CAST "Column")) continue;
+        if (index >= 1 && index <= 3) operands.push_back(column->children);
+        ++index;
+    }
+    xmlNodePtr frozen = xmlNewNode(nullptr, BAD_CAST "Column");
+    xmlAddPrevSibling(calculated, frozen);
+    vbscript::ScriptEngine engine;
+    vbscript::ScriptException error;
+    for (int r = 0; r < rows; ++r) {
+        std::string texts[3];
+        for (std::size_t k = 0; k < 3; ++k) {
+            xmlChar* content = xmlNodeGetContent(operands[k]);
+            texts[k] = reinterpret_cast<const char*>(content);
+            xmlFree(content);
+        }
+        xmlChar* idref = xmlGetProp(operands[0], BAD_CAST "idref");
+        const String text(texts[0] + " * " + texts[1] + " + " + texts[2]);
+        Variant value;
+        engine.evaluate(text, &value, &error);
+        xmlNodePtr cell =
+            xmlNewTextChild(frozen, nullptr, BAD_CAST "Row", BAD_CAST textOf(value).c_str());
+        xmlSetProp(cell, BAD_CAST "idref", idref);
+        xmlFree(idref);
+        if (asDouble(value) != expectedAt(r)) std::printf("plain freeze differs at %d\n", r);
+        for (auto& cell : operands) cell = cell->next;
+    }
+    xmlUnlinkNode(calculated);
+    xmlFreeNode(calculated);
+}
+
+struct Figures {
+    // seconds for all rows (lookups for getItem), bytes for memory
+    double build = 0, save = 0, load = 0, memory = 0;
+    double byKey = 0, byIndex = 0, byScattered = 0, getItem = 0, freeze = 0;
+    double plainBuild = 0, plainSave = 0, plainLoad = 0, plainMemory = 0, plainFreeze = 0;
+};
+
+void keepBest(double& best, double value) {
+    best = best == 0 ? value : std::min(best, value);
+}
+
+Ref<IQVRCatalogTable> buildModel(int rows) {
+    Ref<IQVRCatalogTable> table;
+    CreateCatalogTable(&table);
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    table->create("/tmp/", "Bench", "en", &ok);
+    std::vector<Ref<IQVRTableColumn>> columns;
+    for (int c = 0; c < kColumns; ++c) {
+        Ref<IQVRTableColumn> column;
+        table->createColumn(typeOfColumn(c), "Col" + std::to_string(c), "", "", "", VARIANT_TRUE,
+                            &column);
+        table->appendChild(column, nullptr);
+        columns.push_back(column);
+    }
+    Ref<IQVRTableCalculatedColumn> calculated;
+    table->createCalculatedColumn(qvrDataTypeFloat, "Volume", kFormula, "", "", "", VARIANT_TRUE,
+                                  &calculated);
+    table->appendChild(calculated, nullptr);
+    for (int r = 0; r < rows; ++r) {
+        const String key(keyOfRow(r));
+        for (int c = 0; c < kColumns; ++c) {
+            Ref<IQVRTableCell> cell;
+            table->createCell(key, valueAt(r, c), &cell);
+            if (columns[static_cast<std::size_t>(c)]->appendChild(cell, nullptr) != S_OK)
+                std::printf("append failed\n");
+        }
+    }
+    return table;
+}
+
+Ref<IQVRTableCalculatedColumn> calculatedColumn(IQVRCatalogTable* table) {
+    Ref<IQVRCatalogObjectList> columns;
+    table->get_childNodes(&columns);
+    for (Ref<IQVRCatalogObject> column : *columns)
+        if (auto calculated = query<IQVRTableCalculatedColumn>(column)) return calculated;
+    return nullptr;
+}
+
+// Calculates every row named by `name(r)` for r in `order`, checking each value.
+template <class Name>
+double calculateAll(IQVRTableCalculatedColumn* column, const std::vector<int>& order, Name&& name) {
+    const double start = cpuNow();
+    int wrong = 0;
+    for (int r : order) {
+        Variant value;
+        if (column->calculate(name(r), &value) != S_OK || asDouble(value) != expectedAt(r)) ++wrong;
+    }
+    const double seconds = since(start);
+    if (wrong) std::printf("calculate: %d rows wrong\n", wrong);
+    return seconds;
+}
+
+void round(int rows, Figures& f) {
+    const std::string path =
+        (std::filesystem::temp_directory_path() / "qvr-scale-bench.xml").string();
+    const std::vector<int> inOrder = [&] {
+        std::vector<int> order(static_cast<std::size_t>(rows));
+        for (int r = 0; r < rows; ++r) order[static_cast<std::size_t>(r)] = r;
+        return order;
+    }();
+    const std::vector<int> mixed = scattered(rows);
+
+    // Plain libxml2: build and save.
+    double start = cpuNow();
+    xmlDocPtr plain = buildPlain(rows);
+    keepBest(f.plainBuild, since(start));
+    start = cpuNow();
+    xmlSaveFormatFileEnc(path.c_str(), plain, "UTF-8", 1);
+    keepBest(f.plainSave, since(start));
+    xmlFreeDoc(plain);
+
+    // The model: build, save, load (with its heap).
+    start = cpuNow();
+    Ref<IQVRCatalogTable> built = buildModel(rows);
+    keepBest(f.build, since(start));
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    start = cpuNow();
+    built->saveAs(Variant(path), &ok);
+    keepBest(f.save, since(start));
+    built = nullptr;
+
+    // Both loads of the same file, one after the other, each with the heap it adds.
+    std::size_t heap = heapInUse();
+    start = cpuNow();
+    plain = parsePlain(path);
+    keepBest(f.plainLoad, since(start));
+    keepBest(f.plainMemory, static_cast<double>(heapInUse() - heap));
+    start = cpuNow();
+    freezePlain(plain, rows);
+    keepBest(f.plainFreeze, since(start));
+    xmlFreeDoc(plain);
+    heap = heapInUse();
+    start = cpuNow();
+    Ref<IQVRCatalogTable> table;
+    CreateCatalogTable(&table);
+    table->load(Variant(path), 0, &ok);
+    keepBest(f.load, since(start));
+    keepBest(f.memory, static_cast<double>(heapInUse() - heap));
+    if (ok != VARIANT_TRUE) std::printf("load failed\n");
+
+    // Rows by key and index. Each pass compiles its texts afresh.
+    Ref<IQVRTableCalculatedColumn> volume = calculatedColumn(table);
+    std::vector<Variant> keys;
+    for (int r = 0; r < rows; ++r) keys.emplace_back(keyOfRow(r));
+    auto byKey = [&](int r) { return keys[static_cast<std::size_t>(r)]; };
+    auto byIndex = [](int r) { return Variant(static_cast<std::int32_t>(r + 1)); };
+    // The first call after a load builds the lookup tables: paid once, outside the figures.
+    Variant first;
+    volume->calculate(keys[0], &first);
+    vbscript::ParseCache::clear();
+    keepBest(f.byKey, calculateAll(volume, mixed, byKey));
+    vbscript::ParseCache::clear();
+    keepBest(f.byIndex, calculateAll(volume, inOrder, byIndex));
+    vbscript::ParseCache::clear();
+    keepBest(f.byScattered, calculateAll(volume, mixed, byIndex));
+
+    // Row objects by key from the unique column's children.
+    Ref<IQVRTableUniqueColumn> unique;
+    table->get_uniqueColumn(&unique);
+    Ref<IQVRCatalogObjectList> list;
+    unique->get_childNodes(&list);
+    // The list remembers where its keys stand from its second lookup on: paid once, outside.
+    Ref<IQVRCatalogObject> item;
+    list->get_item(keys[0], &item);
+    list->get_item(keys[0], &item);
+    const std::vector<int> sample(mixed.begin(), mixed.begin() + kLookups);
+    start = cpuNow();
+    int missed = 0;
+    for (int r : sample) {
+        String key;
+        if (list->get_item(keys[static_cast<std::size_t>(r)], &item) != S_OK ||
+            item->get_key(&key) != S_OK || key != keys[static_cast<std::size_t>(r)].str())
+            ++missed;
+    }
+    keepBest(f.getItem, since(start));
+    if (missed) std::printf("get_item: %d keys missed\n", missed);
+    list = nullptr;
+    unique = nullptr;
+    volume = nullptr;
+
+    vbscript::ParseCache::clear();
+    start = cpuNow();
+    const HRESULT hr = table->freezeCalculatedColumns(&ok);
+    keepBest(f.freeze, since(start));
+    if (hr != S_OK || ok != VARIANT_TRUE) std::printf("freeze failed: %08x\n", hr);
+    std::filesystem::remove(path);
+}
+
+struct Ratio {
+    const char* label;
+    double Figures::*model;
+    double Figures::*plain; // null: no plain figure
+    double goal;            // the ratio to stay within; 0: none
+    const char* unit;       // per what
+};
+
+constexpr Ratio kRatios[] = {
+    {"build", &Figures::build, &Figures::plainBuild, 5, "cell"},
+    {"save", &Figures::save, &Figures::plainSave, 1.25, "cell"},
+    {"load", &Figures::load, &Figures::plainLoad, 1.25, "cell"},
+    {"memory", &Figures::memory, &Figures::plainMemory, 1.2, "cell"},
+    {"freeze", &Figures::freeze, &Figures::plainFreeze, 2, "row"},
+    {"calc key", &Figures::byKey, nullptr, 0, "row"},
+    {"calc index", &Figures::byIndex, nullptr, 0, "row"},
+    {"calc scattered", &Figures::byScattered, nullptr, 0, "row"},
+    {"get_item(key)", &Figures::getItem, nullptr, 0, "lookup"},
+};
+
+} // namespace
+
+int main() {
+    std::vector<Figures> all;
+    for (int rows : {10000, 100000}) {
+        Figures f;
+        const int rounds = rows < 100000 ? 5 : 3;
+        for (int i = 0; i < rounds; ++i) round(rows, f);
+        all.push_back(f);
+        std::printf("%d rows x %d columns, best of %d rounds\n", rows, kColumns, rounds);
+        for (const Ratio& r : kRatios) {
+            const double cells =
+                r.model == &Figures::getItem
+                    ? kLookups
+                    : static_cast<double>(rows) * (r.unit[0] == 'c' ? kColumns : 1);
+            const bool memory = r.model == &Figures::memory;
+            const double each = f.*r.model / cells * (memory ? 1 : 1e6);
+            std::printf("  %-15s %9.3f %s/%s", r.label, each, memory ? "B " : "us", r.unit);
+            if (r.plain) {
+                const double ratio = f.*r.model / (f.*r.plain);
+                std::printf("   %6.2f x plain libxml2 (%.3f %s/%s)  goal %.2f: %s", ratio,
+                            f.*r.plain / cells * (memory ? 1 : 1e6), memory ? "B " : "us", r.unit,
+                            r.goal, ratio <= r.goal ? "met" : "NOT MET");
+            }
+            std::printf("\n");
+        }
+    }
+    std::printf("100,000 rows against 10,000 (linear: 10, goal: within 12)\n");
+    for (const Ratio& r : kRatios) {
+        const double growth = all[1].*r.model / (all[0].*r.model);
+        std::printf("  %-15s %6.1f  %s\n", r.label, growth, growth <= 12 ? "met" : "NOT MET");
+    }
+    return 0;
+}
