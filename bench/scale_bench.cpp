@@ -32,10 +32,13 @@
 
 #include <qvr/table.h>
 
+#include "table_data.h"
+
 #include "vbscript/parse_cache.h"
 #include "vbscript/script_engine.h"
 
 using namespace qvr;
+using namespace qvr::bench;
 
 namespace {
 
@@ -56,22 +59,6 @@ double since(double start) {
 
 std::size_t heapInUse() {
     return mallinfo2().uordblks;
-}
-
-QVRColumnDataType typeOfColumn(int c) {
-    return c == 0 ? qvrDataTypeString : c % 2 ? qvrDataTypeFloat : qvrDataTypeInt;
-}
-
-std::string keyOfRow(int r) {
-    return "P-" + std::to_string(r);
-}
-
-Variant valueAt(int r, int c) {
-    switch (typeOfColumn(c)) {
-    case qvrDataTypeString: return Variant("M" + std::to_string(r % 97));
-    case qvrDataTypeFloat: return Variant(r * 0.5 + c);
-    default: return Variant(static_cast<std::int32_t>(r + c));
-    }
 }
 
 std::string textOf(const Variant& value) {

@@ -26,7 +26,10 @@
 
 #include <qvr/table.h>
 
+#include "table_data.h"
+
 using namespace qvr;
+using namespace qvr::bench;
 
 namespace {
 
@@ -42,22 +45,6 @@ Clock cpuNow() {
 }
 double secondsSince(Clock start) {
     return std::chrono::duration<double>(cpuNow() - start).count();
-}
-
-QVRColumnDataType typeOfColumn(int c) {
-    return c == 0 ? qvrDataTypeString : c % 2 ? qvrDataTypeFloat : qvrDataTypeInt;
-}
-
-std::string keyOfRow(int r) {
-    return "P-" + std::to_string(r);
-}
-
-Variant valueAt(int r, int c) {
-    switch (typeOfColumn(c)) {
-    case qvrDataTypeString: return Variant("M" + std::to_string(r % 97));
-    case qvrDataTypeFloat: return Variant(r * 0.5 + c);
-    default: return Variant(static_cast<std::int32_t>(r + c));
-    }
 }
 
 std::string textAt(int r, int c) {

@@ -6,8 +6,8 @@
 
 #include <qvr/object_list.h>
 
-#include "platform/com/object_base.h"
 #include "core/object_vector.h"
+#include "platform/com/object_base.h"
 
 namespace qvr {
 
