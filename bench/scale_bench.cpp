@@ -199,18 +199,8 @@ void keepBest(double& best, double value) {
 }
 
 Ref<IQVRCatalogTable> buildModel(int rows) {
-    Ref<IQVRCatalogTable> table;
-    CreateCatalogTable(&table);
-    VARIANT_BOOL ok = VARIANT_FALSE;
-    table->create("/tmp/", "Bench", "en", &ok);
     std::vector<Ref<IQVRTableColumn>> columns;
-    for (int c = 0; c < kColumns; ++c) {
-        Ref<IQVRTableColumn> column;
-        table->createColumn(typeOfColumn(c), "Col" + std::to_string(c), "", "", "", VARIANT_TRUE,
-                            &column);
-        table->appendChild(column, nullptr);
-        columns.push_back(column);
-    }
+    Ref<IQVRCatalogTable> table = tableWithColumns(kColumns, &columns);
     Ref<IQVRTableCalculatedColumn> calculated;
     table->createCalculatedColumn(qvrDataTypeFloat, "Volume", kFormula, "", "", "", VARIANT_TRUE,
                                   &calculated);

@@ -107,18 +107,8 @@ Figures run(int rows) {
     f.libxml = plain.build;
     f.libxmlSave = plain.save;
 
-    Ref<IQVRCatalogTable> table;
-    CreateCatalogTable(&table);
-    VARIANT_BOOL ok = VARIANT_FALSE;
-    table->create("/tmp/", "Bench", "en", &ok);
     std::vector<Ref<IQVRTableColumn>> columns;
-    for (int c = 0; c < columnCount; ++c) {
-        Ref<IQVRTableColumn> column;
-        table->createColumn(typeOfColumn(c), "Col" + std::to_string(c), "", "", "", VARIANT_TRUE,
-                            &column);
-        table->appendChild(column, nullptr);
-        columns.push_back(column);
-    }
+    Ref<IQVRCatalogTable> table = tableWithColumns(columnCount, &columns);
 
     auto start = cpuNow();
     for (int r = 0; r < rows; ++r) {
@@ -156,6 +146,7 @@ Figures run(int rows) {
         std::printf("read back %d rows, %d cells differ\n", found, misread);
     rowList = nullptr;
 
+    VARIANT_BOOL ok = VARIANT_FALSE;
     start = cpuNow();
     table->saveAs(Variant(path), &ok);
     f.save = secondsSince(start);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include <qvr/table.h>
 
@@ -24,6 +25,24 @@ inline Variant valueAt(int r, int c) {
     case qvrDataTypeFloat: return Variant(r * 0.5 + c);
     default: return Variant(static_cast<std::int32_t>(r + c));
     }
+}
+
+// A new table holding `count` plain columns "Col0", "Col1", ... of the types above, appended in
+// order (so that cells appended later find their rows through the table's indexes).
+inline Ref<IQVRCatalogTable> tableWithColumns(int count,
+                                              std::vector<Ref<IQVRTableColumn>>* columns) {
+    Ref<IQVRCatalogTable> table;
+    CreateCatalogTable(&table);
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    table->create("/tmp/", "Bench", "en", &ok);
+    for (int c = 0; c < count; ++c) {
+        Ref<IQVRTableColumn> column;
+        table->createColumn(typeOfColumn(c), "Col" + std::to_string(c), "", "", "", VARIANT_TRUE,
+                            &column);
+        table->appendChild(column, nullptr);
+        columns->push_back(column);
+    }
+    return table;
 }
 
 } // namespace qvr::bench
