@@ -13,6 +13,7 @@
 #include <qvr/object.h>
 #include <qvr/object_list.h>
 #include <qvr/order.h>
+#include <qvr/reference.h>
 #include <qvr/server.h>
 #include <qvr/stream.h>
 #include <qvr/string.h>

@@ -1,0 +1,59 @@
+// Referenced files: which files an object needs, and moving them.
+//
+// `getReferencedFiles(deep)` on any object gives a list of reference objects, one per file pointer
+// found on the way down: table documents of parts, images, documents, a view's further files,
+// drawings, recipes and the target files of reference cells. Links and order targets are listed
+// too, but carry no file: their file operations answer S_FALSE and change nothing. With `deep` the
+// walk goes into every table of a part (opening it); without, it stays in the object's own
+// document. Two pointers to the same file give two references.
+//
+// A reference is not stored in any document. It knows the object that owns the pointer (the
+// nearest chapter, part, supplier, table or column above it), the object through which the pointer
+// is read and written, and the pointer's absolute form at the time the list was made (its key).
+#pragma once
+
+#include <qvr/object.h>
+
+namespace qvr {
+
+class QVR_API IQVRCatalogReference : public IQVRCatalogObject {
+public:
+    QVR_INTERFACE_ID(IQVRCatalogReference)
+
+    // The object that owns the pointer; its root decides the base the pointer is relative to.
+    virtual HRESULT get_owner(Ref<IQVRCatalogObject>* owner) = 0;
+    virtual HRESULT putref_owner(IQVRCatalogObject* owner) = 0;
+    // The object type of the pointer's holder: qvrPart for a table document, qvrImage,
+    // qvrDocument, qvrReferencedFiles, qvrLink, qvrOrderTarget, qvrRefColumn, qvrView,
+    // qvrConstView; 47 for a reference bound to nothing.
+    virtual HRESULT get_kind(std::uint32_t* kind) = 0;
+    // The pointer as its holder keeps it; S_FALSE for a reference bound to nothing.
+    virtual HRESULT get_url(String* url) = 0;
+    // The base of the owner's root: the catalog's or the table's `baseUrl`.
+    virtual HRESULT get_baseUrl(String* baseUrl) = 0;
+    // The pointer itself when it is a URL or an absolute path; else the base joined to it.
+    virtual HRESULT get_absoluteUrl(String* url) = 0;
+    // The name after the last separator; empty for a URL that is not a "file" URL.
+    virtual HRESULT get_fileName(String* fileName) = 0;
+    // From the last dot on, the dot included; S_FALSE when the name has no dot.
+    virtual HRESULT get_extension(String* extension) = 0;
+    // The folder part of a relative pointer, up to and including its last separator; empty for a
+    // URL or an absolute path.
+    virtual HRESULT get_directory(String* directory) = 0;
+    // Moves the file to `baseUrl` + `relativeDir` + `fileName`, making missing folders, and then
+    // rewrites the pointer to `relativeDir` + `fileName`. The source is deleted only once the
+    // copy is complete. A table document is not copied: its part is pointed at the new place,
+    // and the next save writes it there.
+    virtual HRESULT moveTo(const String& baseUrl, const String& relativeDir, const String& fileName,
+                           VARIANT_BOOL overwrite) = 0;
+    // As moveTo, leaving the source in place; a table document is copied only with `copyFile`.
+    // An existing destination is kept unless `overwrite`.
+    virtual HRESULT copyTo(const String& baseUrl, const String& relativeDir, const String& fileName,
+                           VARIANT_BOOL overwrite, VARIANT_BOOL copyFile) = 0;
+    // Rewrites the pointer through its holder (E_NOTIMPL for a table document's).
+    virtual HRESULT put_url(const String& url) = 0;
+    // The object through which the pointer is read and written; S_FALSE when bound to nothing.
+    virtual HRESULT get_object(Ref<IQVRCatalogObject>* object) = 0;
+};
+
+} // namespace qvr
