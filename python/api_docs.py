@@ -10,7 +10,7 @@ import pathlib
 import re
 import sys
 
-CLASS = re.compile(r"^class QVR_API (\w+) : public (\w+) \{")
+CLASS = re.compile(r"^class QVR_API (I[A-Z]\w*)(?: : public (\w+))? \{")
 METHOD = re.compile(r"virtual HRESULT (\w+)\((.*)\)\s*=\s*0;$", re.S)
 # An out-argument points at a value; an in-argument that points points at an interface.
 OUT_ARGUMENT = re.compile(r"^(Ref<\w+>|String|Variant|VARIANT_BOOL|std::u?int\d+_t|float|[A-Z]\w*)\s*\*\s*\w+$")

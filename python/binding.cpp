@@ -200,7 +200,11 @@ bool toVariant(py::handle value, Variant* out) {
         *out = Variant();
     } else if (PyBool_Check(o)) {
         *out = Variant(o == Py_True);
-    } else if (PyLong_Check(o)) {
+    } else if (PyLong_Check(o) || (PyIndex_Check(o) && !PyFloat_Check(o))) {
+        // An int, or what stands for one (the module's enumerations).
+        py::object number = py::reinterpret_steal<py::object>(PyNumber_Index(o));
+        if (!number) throw py::error_already_set();
+        o = number.ptr();
         int overflow = 0;
         long long n = PyLong_AsLongLongAndOverflow(o, &overflow);
         if (!overflow && n >= std::numeric_limits<std::int32_t>::min() &&

@@ -230,7 +230,8 @@ void bindTransfer(py::module_& m) {
     m.def(
         "RegisterClipboardFormat",
         [](const std::string& name) { return RegisterClipboardFormat(name.c_str()); },
-        py::arg("name"), docOf("", "RegisterClipboardFormat"));
+        py::arg("name"),
+        "The number of a named format, the same for the life of the process; 0 for an empty name.");
     m.def(
         "CoMarshalInterface",
         [](IUnknown* object) {
