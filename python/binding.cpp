@@ -385,6 +385,12 @@ const char* keep(std::string text) {
     return texts->emplace_back(std::move(text)).c_str();
 }
 
+const char* spelled(const char* name) {
+    static py::handle isKeyword =
+        py::object(py::module_::import("keyword").attr("iskeyword")).release();
+    return isKeyword(name).cast<bool>() ? keep(std::string(name) + "_") : name;
+}
+
 const char* docOf(const char* interface, const char* member) {
     for (const ApiDoc& doc : kApiDocs)
         if (std::strcmp(doc.interface, interface) == 0 && std::strcmp(doc.member, member) == 0)

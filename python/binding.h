@@ -54,6 +54,8 @@ std::vector<const char*> argumentNames(const char* interface, const char* member
 const char* pythonName(const char* interface);
 // Keeps a text alive for the life of the module (pybind11 keeps pointers to docstrings).
 const char* keep(std::string text);
+// A name as Python can spell it: a keyword (`async`) takes a trailing underscore.
+const char* spelled(const char* name);
 
 // Makes qvrcatalog.Error and looks up the Python types that values convert to.
 void initBasics(py::module_& m);
@@ -284,6 +286,7 @@ void declare(py::module_& m) {
 template <class I>
 class Binder {
 public:
+    using Interface = I;
     using Class = ClassOf<I>;
 
     explicit Binder(py::module_& m)
@@ -299,7 +302,8 @@ public:
 
     // The same, for an operation whose name in the headers is `member`.
     template <class F, class... D>
-    Binder& methodAs(const char* name, const char* member, F f, D... defaults) {
+    Binder& methodAs(const char* pyName, const char* member, F f, D... defaults) {
+        const char* name = spelled(pyName);
         using K = decltype(callerOf(f));
         const char* interface = interfaceOf(f);
         auto names = argumentNames(interface, member, K::ins);
@@ -324,7 +328,7 @@ public:
     Binder& get(const char* name, G getter) {
         using K = decltype(callerOf(getter));
         const char* member = keep(std::string("get_") + name);
-        cls_.def_property_readonly(name, py::cpp_function(K::callable(getter, member)),
+        cls_.def_property_readonly(spelled(name), py::cpp_function(K::callable(getter, member)),
                                    docOf(interfaceOf(getter), member));
         return *this;
     }
@@ -333,11 +337,8 @@ public:
     template <class S>
     Binder& set(const char* name, S setter, const char* prefix = "put_") {
         using K = decltype(callerOf(setter));
-        // A Python keyword takes a trailing underscore: `async_` is put_async.
-        std::string bare = name;
-        if (bare.back() == '_') bare.pop_back();
-        const char* member = keep(prefix + bare);
-        cls_.def_property(name, nullptr, py::cpp_function(K::setter(setter, member)),
+        const char* member = keep(prefix + std::string(name));
+        cls_.def_property(spelled(name), nullptr, py::cpp_function(K::setter(setter, member)),
                           docOf(interfaceOf(setter), member));
         return *this;
     }
@@ -352,7 +353,7 @@ public:
         std::string doc = docOf(interfaceOf(getter), get);
         std::string setDoc = docOf(interfaceOf(setter), put);
         if (!doc.empty() && !setDoc.empty()) doc += "\n\n";
-        cls_.def_property(name, py::cpp_function(KG::callable(getter, get)),
+        cls_.def_property(spelled(name), py::cpp_function(KG::callable(getter, get)),
                           py::cpp_function(KS::setter(setter, put)), keep(doc + setDoc));
         return *this;
     }
@@ -385,11 +386,25 @@ void addEvents(Binder<Root>& b) {
     });
 }
 
-// len(), [i] from 0 (negative from the end) and iteration over a list whose Walk tells its
-// count and its item at a zero-based index.
-template <class Walk>
+// A list read by index: its count and its item at a zero-based index, through the list's own
+// operations (`first` is the index they give the first item).
+template <class List, class Item, auto Count, auto Get, std::int32_t first>
+struct IndexWalk {
+    static std::int32_t count(List& list) {
+        std::int32_t n = 0;
+        check((list.*Count)(&n), "count");
+        return n;
+    }
+    static qvr::Ref<Item> item(List& list, std::int32_t index) {
+        qvr::Ref<Item> item;
+        check((list.*Get)(index + first, &item), "item");
+        return item;
+    }
+};
+
+template <class Walk, class List>
 struct Position {
-    typename Walk::List* list;
+    List* list;
     std::int32_t index;
     auto operator*() const { return Walk::item(*list, index); }
     Position& operator++() {
@@ -402,14 +417,15 @@ struct Position {
     }
 };
 
-template <class Walk, class Class>
-void addSequence(Class& cls) {
-    using List = typename Walk::List;
+// len(), [i] from 0 (negative from the end) and iteration over a list.
+template <class Walk, class List>
+void addSequence(ClassOf<List>& cls) {
     cls.def("__len__", [](List& list) { return Walk::count(list); });
     cls.def(
         "__iter__",
         [](List& list) {
-            return py::make_iterator(Position<Walk>{&list, 0}, Position<Walk>{&list, 0});
+            return py::make_iterator(Position<Walk, List>{&list, 0},
+                                     Position<Walk, List>{&list, 0});
         },
         py::keep_alive<0, 1>());
     cls.def(
@@ -423,27 +439,15 @@ void addSequence(Class& cls) {
         py::arg("index"));
 }
 
-// Each of these makes one entry of bind()'s list: an operation as a method (with the default
-// values of its last arguments), or a get_x, put_x or putref_x as the property x.
-template <class... A>
-auto methodOp(const char* name, A... a) {
-    return [=](auto& b) { b.method(name, a...); };
-}
-template <class... A>
-auto methodAsOp(const char* name, const char* member, A... a) {
-    return [=](auto& b) { b.methodAs(name, member, a...); };
-}
-template <class... A>
-auto getOp(const char* name, A... a) {
-    return [=](auto& b) { b.get(name, a...); };
-}
-template <class... A>
-auto setOp(const char* name, A... a) {
-    return [=](auto& b) { b.set(name, a...); };
-}
-template <class... A>
-auto propOp(const char* name, A... a) {
-    return [=](auto& b) { b.prop(name, a...); };
+// Interface I as a Python class that Python code makes: its constructor calls `create`.
+template <class I>
+void addCreator(Binder<I>& b, qvr::HRESULT (*create)(qvr::Ref<I>*), const char* doc) {
+    b.cls().def(py::init([create] {
+                    qvr::Ref<I> made;
+                    check(create(&made), pythonName(I::iid.name));
+                    return made;
+                }),
+                doc);
 }
 
 // Adds the listed operations to the Python class of interface I.
@@ -463,10 +467,17 @@ void bindPlatformOperations(py::module_& m);
 
 } // namespace qvrpy
 
-// The operations of `Self` (a type name in scope), by their names in the headers.
-#define QVR_DO(name, ...) ::qvrpy::methodOp(#name, &Self::name __VA_OPT__(, ) __VA_ARGS__)
-#define QVR_AS(name, member) ::qvrpy::methodAsOp(#name, #member, &Self::member)
-#define QVR_GET(name) ::qvrpy::getOp(#name, &Self::get_##name)
-#define QVR_SET(name) ::qvrpy::setOp(#name, &Self::put_##name)
-#define QVR_PROP(name) ::qvrpy::propOp(#name, &Self::get_##name, &Self::put_##name)
-#define QVR_REF(name) ::qvrpy::propOp(#name, &Self::get_##name, &Self::putref_##name, "putref_")
+// The entries of bind()'s list: an operation as a method (with the default values of its last
+// arguments, or under another name), a get_x, put_x or putref_x as the property x.
+#define QVR_OP(...)                                                                                \
+    [=](auto& b) {                                                                                 \
+        using Self [[maybe_unused]] = typename std::decay_t<decltype(b)>::Interface;               \
+        __VA_ARGS__;                                                                               \
+    }
+#define QVR_DO(name, ...) QVR_OP(b.method(#name, &Self::name __VA_OPT__(, ) __VA_ARGS__))
+#define QVR_AS(name, member) QVR_OP(b.methodAs(#name, #member, &Self::member))
+#define QVR_GET(name) QVR_OP(b.get(#name, &Self::get_##name))
+#define QVR_SET(name) QVR_OP(b.set(#name, &Self::put_##name))
+#define QVR_SETREF(name) QVR_OP(b.set(#name, &Self::putref_##name, "putref_"))
+#define QVR_PROP(name) QVR_OP(b.prop(#name, &Self::get_##name, &Self::put_##name))
+#define QVR_REF(name) QVR_OP(b.prop(#name, &Self::get_##name, &Self::putref_##name, "putref_"))

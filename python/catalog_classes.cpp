@@ -7,19 +7,9 @@ using namespace qvr;
 
 namespace {
 
-struct ObjectListWalk {
-    using List = IQVRCatalogObjectList;
-    static std::int32_t count(List& list) {
-        std::int32_t n = 0;
-        check(list.get_count(&n), "get_count");
-        return n;
-    }
-    static Ref<IQVRCatalogObject> item(List& list, std::int32_t index) {
-        Ref<IQVRCatalogObject> item;
-        check(list.getItem(index + 1, &item), "getItem");
-        return item;
-    }
-};
+using ObjectListWalk =
+    IndexWalk<IQVRCatalogObjectList, IQVRCatalogObject, &IQVRCatalogObjectList::get_count,
+              &IQVRCatalogObjectList::getItem, 1>;
 
 void bindObject(py::module_& m) {
     using Self = IQVRCatalogObject;
@@ -43,7 +33,7 @@ void bindLists(py::module_& m) {
     auto b = bind<Self>(m, QVR_GET(_NewEnum), QVR_DO(getItem), QVR_GET(count),
                         QVR_DO(insertBefore, Variant()), QVR_DO(appendChild), QVR_DO(removeChild),
                         QVR_DO(clear), QVR_AS(item, get_item));
-    addSequence<ObjectListWalk>(b.cls());
+    addSequence<ObjectListWalk, Self>(b.cls());
     // Lookup by key, as get_item takes a text.
     b.cls().def(
         "__getitem__",
@@ -69,8 +59,7 @@ void bindLists(py::module_& m) {
 
     // The enumerator is also a Python iterator.
     using Walker = IEnumVARIANT;
-    auto e = bind<Walker>(m, methodOp("Skip", &Walker::Skip), methodOp("Reset", &Walker::Reset),
-                          methodOp("Clone", &Walker::Clone));
+    auto e = bind<Walker>(m, QVR_DO(Skip), QVR_DO(Reset), QVR_DO(Clone));
     auto next = [](Walker& self, std::uint32_t count) {
         std::vector<Variant> items(count);
         std::uint32_t fetched = 0;
@@ -95,25 +84,19 @@ void bindCatalog(py::module_& m) {
         m, QVR_GET(version), QVR_PROP(name), QVR_PROP(language), QVR_PROP(desc), QVR_GET(xml),
         QVR_REF(images), QVR_REF(link), QVR_REF(documents), QVR_GET(tables), QVR_REF(orderInfo),
         QVR_REF(supplier), QVR_PROP(baseUrl), QVR_REF(extrinsics), QVR_DO(getHostStream),
-        setOp("host", &Self::putref_host, "putref_"), QVR_DO(load), QVR_DO(loadXML), QVR_DO(save),
-        QVR_DO(saveAs), QVR_DO(create), QVR_DO(createChapter), QVR_DO(createImage),
-        QVR_DO(createImages), QVR_DO(createURL), QVR_DO(createLink), QVR_DO(createDocument),
-        QVR_DO(createDocuments), QVR_DO(createPart), QVR_DO(createClass),
-        QVR_DO(createClassifications), QVR_DO(createOrderInfo), QVR_DO(createAvailability),
-        QVR_DO(createCountryCode), QVR_DO(createOrderTarget), QVR_DO(createOrderMethod),
-        QVR_DO(createOrderMethods), QVR_DO(createTelephoneNumber), QVR_DO(createPhone),
-        QVR_DO(createFax), QVR_DO(createEmail), QVR_DO(createStreet), QVR_DO(createPostalAddress),
-        QVR_DO(createAddress), QVR_DO(createSupplierLocation), QVR_DO(createSupplierID),
-        QVR_DO(createSupplierIDs), QVR_DO(createECommerceCenterID),
-        QVR_DO(createECommerceCenterIDs), QVR_DO(createSupplier), QVR_DO(createExtrinsics),
-        QVR_DO(createExtrinsic), QVR_DO(fireEvent, Variant()), QVR_DO(findById),
-        QVR_DO(objectFromDataObject), QVR_DO(unadvise));
-    b.cls().def(py::init([] {
-                    Ref<Self> catalog;
-                    check(CreateCatalog(&catalog), "CreateCatalog");
-                    return catalog;
-                }),
-                "A new catalog, not initialized yet.");
+        QVR_SETREF(host), QVR_DO(load), QVR_DO(loadXML), QVR_DO(save), QVR_DO(saveAs),
+        QVR_DO(create), QVR_DO(createChapter), QVR_DO(createImage), QVR_DO(createImages),
+        QVR_DO(createURL), QVR_DO(createLink), QVR_DO(createDocument), QVR_DO(createDocuments),
+        QVR_DO(createPart), QVR_DO(createClass), QVR_DO(createClassifications),
+        QVR_DO(createOrderInfo), QVR_DO(createAvailability), QVR_DO(createCountryCode),
+        QVR_DO(createOrderTarget), QVR_DO(createOrderMethod), QVR_DO(createOrderMethods),
+        QVR_DO(createTelephoneNumber), QVR_DO(createPhone), QVR_DO(createFax), QVR_DO(createEmail),
+        QVR_DO(createStreet), QVR_DO(createPostalAddress), QVR_DO(createAddress),
+        QVR_DO(createSupplierLocation), QVR_DO(createSupplierID), QVR_DO(createSupplierIDs),
+        QVR_DO(createECommerceCenterID), QVR_DO(createECommerceCenterIDs), QVR_DO(createSupplier),
+        QVR_DO(createExtrinsics), QVR_DO(createExtrinsic), QVR_DO(fireEvent, Variant()),
+        QVR_DO(findById), QVR_DO(objectFromDataObject), QVR_DO(unadvise));
+    addCreator(b, &CreateCatalog, "A new catalog, not initialized yet.");
     addEvents(b);
 }
 

@@ -12,19 +12,8 @@ using namespace qvr;
 
 namespace {
 
-struct NodeListWalk {
-    using List = IXMLDOMNodeList;
-    static std::int32_t count(List& list) {
-        std::int32_t n = 0;
-        check(list.get_length(&n), "get_length");
-        return n;
-    }
-    static Ref<IXMLDOMNode> item(List& list, std::int32_t index) {
-        Ref<IXMLDOMNode> item;
-        check(list.get_item(index, &item), "get_item");
-        return item;
-    }
-};
+using NodeListWalk = IndexWalk<IXMLDOMNodeList, IXMLDOMNode, &IXMLDOMNodeList::get_length,
+                               &IXMLDOMNodeList::get_item, 0>;
 
 // Registers enumeration E under its name in the headers, its values also at module level.
 template <class E>
@@ -37,46 +26,34 @@ void declareEnum(py::module_& m, const char* name) {
 }
 
 void bindDom(py::module_& m) {
-    {
-        using Self = IXMLDOMNode;
-        bind<Self>(m, QVR_GET(nodeName), QVR_GET(nodeType), QVR_GET(nodeValue),
-                   QVR_GET(nodeTypedValue), QVR_PROP(text), QVR_GET(xml), QVR_GET(parentNode),
-                   QVR_GET(firstChild), QVR_GET(lastChild), QVR_GET(nextSibling),
-                   QVR_GET(previousSibling), QVR_GET(childNodes), QVR_DO(hasChildNodes),
-                   QVR_GET(ownerDocument), QVR_DO(insertBefore, nullptr), QVR_DO(appendChild),
-                   QVR_DO(removeChild), QVR_DO(replaceChild), QVR_DO(cloneNode),
-                   QVR_DO(selectSingleNode), QVR_DO(selectNodes));
-    }
+    bind<IXMLDOMNode>(m, QVR_GET(nodeName), QVR_GET(nodeType), QVR_GET(nodeValue),
+                      QVR_GET(nodeTypedValue), QVR_PROP(text), QVR_GET(xml), QVR_GET(parentNode),
+                      QVR_GET(firstChild), QVR_GET(lastChild), QVR_GET(nextSibling),
+                      QVR_GET(previousSibling), QVR_GET(childNodes), QVR_DO(hasChildNodes),
+                      QVR_GET(ownerDocument), QVR_DO(insertBefore, nullptr), QVR_DO(appendChild),
+                      QVR_DO(removeChild), QVR_DO(replaceChild), QVR_DO(cloneNode),
+                      QVR_DO(selectSingleNode), QVR_DO(selectNodes));
     {
         using Self = IXMLDOMElement;
         using TextForm = HRESULT (Self::*)(const String&, String*);
         bind<Self>(m, QVR_GET(tagName),
-                   methodOp("getAttribute", static_cast<TextForm>(&Self::getAttribute)),
+                   QVR_OP(b.method("getAttribute", static_cast<TextForm>(&Self::getAttribute))),
                    QVR_DO(setAttribute), QVR_DO(removeAttribute));
     }
     {
         using Self = IXMLDOMNodeList;
         auto b = bind<Self>(m, QVR_GET(length), QVR_AS(item, get_item));
-        addSequence<NodeListWalk>(b.cls());
+        addSequence<NodeListWalk, Self>(b.cls());
     }
-    {
-        using Self = IXMLDOMParseError;
-        bind<Self>(m, QVR_GET(errorCode), QVR_GET(url), QVR_GET(reason), QVR_GET(srcText),
-                   QVR_GET(line), QVR_GET(linepos), QVR_GET(filepos));
-    }
+    bind<IXMLDOMParseError>(m, QVR_GET(errorCode), QVR_GET(url), QVR_GET(reason), QVR_GET(srcText),
+                            QVR_GET(line), QVR_GET(linepos), QVR_GET(filepos));
     {
         using Self = IXMLDOMDocument;
-        auto b =
-            bind<Self>(m, QVR_REF(documentElement), QVR_DO(createElement), QVR_DO(createTextNode),
-                       QVR_DO(createComment), QVR_DO(createProcessingInstruction), QVR_DO(load),
-                       QVR_DO(loadXML), QVR_DO(save), QVR_GET(url), QVR_GET(parseError),
-                       setOp("async_", &Self::put_async));
-        b.cls().def(py::init([] {
-                        Ref<Self> document;
-                        check(CreateDOMDocument(&document), "CreateDOMDocument");
-                        return document;
-                    }),
-                    "A new, empty document.");
+        auto b = bind<Self>(m, QVR_REF(documentElement), QVR_DO(createElement),
+                            QVR_DO(createTextNode), QVR_DO(createComment),
+                            QVR_DO(createProcessingInstruction), QVR_DO(load), QVR_DO(loadXML),
+                            QVR_DO(save), QVR_GET(url), QVR_GET(parseError), QVR_SET(async));
+        addCreator(b, &CreateDOMDocument, "A new, empty document.");
     }
 }
 
@@ -275,7 +252,7 @@ void bindTransfer(py::module_& m) {
 
 void bindServer(py::module_& m) {
     using Factory = IClassFactory;
-    bind<Factory>(m, methodOp("LockServer", &Factory::LockServer))
+    bind<Factory>(m, QVR_DO(LockServer))
         .cls()
         .def(
             "CreateInstance",

@@ -20,71 +20,30 @@ void bindTable(py::module_& m) {
         QVR_PROP(url), QVR_GET(uniqueColumn), QVR_PROP(language), QVR_PROP(fixColumn),
         QVR_PROP(desc), QVR_GET(version), QVR_PROP(baseUrl), QVR_REF(extrinsics),
         QVR_PROP(footNote), QVR_DO(unadvise));
-    b.cls().def(py::init([] {
-                    Ref<Self> table;
-                    check(CreateCatalogTable(&table), "CreateCatalogTable");
-                    return table;
-                }),
-                "A new table, not initialized yet.");
+    addCreator(b, &CreateCatalogTable, "A new table, not initialized yet.");
     addEvents(b);
 }
 
 void bindColumns(py::module_& m) {
-    {
-        using Self = IQVRTableChildObject;
-        bind<Self>(m, QVR_PROP(desc), QVR_PROP(visible), QVR_SET(id), QVR_REF(extrinsics));
-    }
-    {
-        using Self = IQVRTableColumnObject;
-        bind<Self>(m, QVR_PROP(attrib), QVR_PROP(dataType), QVR_PROP(name), QVR_PROP(unit));
-    }
-    {
-        using Self = IQVRTableUniqueColumn;
-        bind<Self>(m, QVR_DO(moveRows));
-    }
-    {
-        using Self = IQVRTableConstColumn;
-        bind<Self>(m, QVR_PROP(constant));
-    }
-    {
-        using Self = IQVRTableCalculatedColumn;
-        bind<Self>(m, QVR_PROP(expression), QVR_DO(calculate));
-    }
-    {
-        using Self = IQVRTableRefColumn;
-        bind<Self>(m, QVR_PROP(role), QVR_PROP(show), QVR_PROP(actuate));
-    }
-    {
-        using Self = IQVRTableViewObject;
-        bind<Self>(m, QVR_PROP(viewKey), QVR_PROP(viewName), QVR_REF(images), QVR_REF(xRefFiles));
-    }
+    bind<IQVRTableChildObject>(m, QVR_PROP(desc), QVR_PROP(visible), QVR_SET(id),
+                               QVR_REF(extrinsics));
+    bind<IQVRTableColumnObject>(m, QVR_PROP(attrib), QVR_PROP(dataType), QVR_PROP(name),
+                                QVR_PROP(unit));
+    bind<IQVRTableUniqueColumn>(m, QVR_DO(moveRows));
+    bind<IQVRTableConstColumn>(m, QVR_PROP(constant));
+    bind<IQVRTableCalculatedColumn>(m, QVR_PROP(expression), QVR_DO(calculate));
+    bind<IQVRTableRefColumn>(m, QVR_PROP(role), QVR_PROP(show), QVR_PROP(actuate));
+    bind<IQVRTableViewObject>(m, QVR_PROP(viewKey), QVR_PROP(viewName), QVR_REF(images),
+                              QVR_REF(xRefFiles));
 }
 
 void bindCells(py::module_& m) {
-    {
-        using Self = IQVRTableCellObject;
-        bind<Self>(m, QVR_SET(idref), QVR_SET(row));
-    }
-    {
-        using Self = IQVRTableCell;
-        bind<Self>(m, QVR_PROP(value));
-    }
-    {
-        using Self = IQVRTableInfoCell;
-        bind<Self>(m, QVR_DO(getCell));
-    }
-    {
-        using Self = IQVRTableRecipe;
-        bind<Self>(m, QVR_PROP(application), QVR_PROP(path));
-    }
-    {
-        using Self = IQVRTableDrawing;
-        bind<Self>(m, QVR_PROP(value));
-    }
-    {
-        using Self = IQVRTableRefCell;
-        bind<Self>(m, QVR_PROP(value), QVR_PROP(desc), QVR_PROP(title));
-    }
+    bind<IQVRTableCellObject>(m, QVR_SET(idref), QVR_SET(row));
+    bind<IQVRTableCell>(m, QVR_PROP(value));
+    bind<IQVRTableInfoCell>(m, QVR_DO(getCell));
+    bind<IQVRTableRecipe>(m, QVR_PROP(application), QVR_PROP(path));
+    bind<IQVRTableDrawing>(m, QVR_PROP(value));
+    bind<IQVRTableRefCell>(m, QVR_PROP(value), QVR_PROP(desc), QVR_PROP(title));
 }
 
 } // namespace
