@@ -50,9 +50,24 @@ def docstring(text, indent):
     return f'{indent}"""\n{body}\n{indent}"""\n'
 
 
+# The classes of objects: an argument of one of them may also be None (no object).
+OBJECT_CLASSES = set()
+
+
+def may_be_none(arguments):
+    return re.sub(r"(\w+): (\w+)(?=,|$| =)",
+                  lambda m: f"{m[1]}: Optional[{m[2]}]" if m[2] in OBJECT_CLASSES else m[0], arguments)
+
+
+def may_be_none_result(result):
+    """An object handed out may be none: where the library finds nothing there."""
+    return f"Optional[{result}]" if result in OBJECT_CLASSES else result
+
+
 def function_stub(function, indent, static=False):
     out = []
-    sigs = signatures(function)
+    sigs = [(may_be_none(arguments), may_be_none_result(result))
+            for arguments, result in signatures(function)]
     if not sigs and function.__name__ == "__init__":
         return ""  # a class that Python code does not make
     for arguments, result in sigs or [("*args, **kwargs", "Any")]:
@@ -69,11 +84,17 @@ def property_stub(name, prop, indent):
     result = "Any"
     getter = (prop.fget or prop.fset).__doc__ or ""
     if (m := re.match(r"^\((.*)\) -> (.+)$", getter.splitlines()[0] if getter else "")):
-        result = clean(m[2]) if prop.fget else clean(m[1].split(", ", 1)[-1].split(": ", 1)[-1])
+        result = may_be_none_result(clean(m[2])) if prop.fget else clean(m[1].split(", ", 1)[-1].split(": ", 1)[-1])
     out = [f"{indent}@property\n", f"{indent}def {name}(self) -> {result}:\n",
            docstring(prop.__doc__ or "", indent + "    ") or f"{indent}    ...\n"]
     if prop.fset is not None:
-        out += [f"{indent}@{name}.setter\n", f"{indent}def {name}(self, value: {result}) -> None: ...\n"]
+        value = result
+        setter = (prop.fset.__doc__ or "").splitlines()
+        if setter and (m := re.match(r"^\(\w+: [\w.]+, \w+: (.+)\) -> .+$", setter[0])):
+            value = may_be_none(f"value: {clean(m[1])}")
+        else:
+            value = f"value: {value}"
+        out += [f"{indent}@{name}.setter\n", f"{indent}def {name}(self, {value}) -> None: ...\n"]
     return "".join(out)
 
 
@@ -113,6 +134,7 @@ def main():
            "from typing import Any, ClassVar, Iterator, List, Optional, Tuple, overload\n\n"]
     classes = [v for v in vars(module).values() if inspect.isclass(v) and v.__module__ in ("qvrcatalog", "builtins")
                and (v.__module__ == "qvrcatalog" or issubclass(v, Exception))]
+    OBJECT_CLASSES.update(c.__name__ for c in classes if issubclass(c, module.Unknown))
     done = set()
 
     def emit(cls):
