@@ -204,6 +204,8 @@ void bindTransfer(py::module_& m) {
             },
             py::arg("direction") = DATADIR_GET, "The formats offered, as (format, tymed) pairs.");
 
+    m.attr("CF_TEXT") = CF_TEXT;
+    m.attr("CF_UNICODETEXT") = CF_UNICODETEXT;
     m.def(
         "RegisterClipboardFormat",
         [](const std::string& name) { return RegisterClipboardFormat(name.c_str()); },
