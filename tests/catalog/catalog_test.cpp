@@ -305,20 +305,5 @@ TEST(Catalog, FindByIdLooksForGuidTexts) {
     EXPECT_FALSE(found);
 }
 
-TEST(Catalog, TheLibraryCanUnloadWhenTheLastObjectGoes) {
-    ASSERT_EQ(CanUnloadNow(), S_OK);
-    {
-        Ref<IQVRCatalog> catalog = newCatalog();
-        Ref<IQVRCatalogChapter> chapter = newChapter(catalog, "Bolts");
-        ASSERT_EQ(catalog->appendChild(chapter, nullptr), S_OK);
-        Ref<IQVRCatalogObjectList> list;
-        ASSERT_EQ(chapter->get_childNodes(&list), S_OK);
-        Listener listener(catalog);
-        catalog = nullptr;
-        EXPECT_EQ(CanUnloadNow(), S_FALSE);
-    }
-    EXPECT_EQ(CanUnloadNow(), S_OK);
-}
-
 } // namespace
 } // namespace qvr::testing

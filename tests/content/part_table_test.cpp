@@ -176,16 +176,9 @@ TEST_F(PartTable, DeepCloneCopiesTheTable) {
     ASSERT_EQ(chapter->cloneNode(VARIANT_TRUE, &copy), S_OK) << lastError();
     EXPECT_EQ(heard.take(), ""); // nothing of the table steps is heard
 
-    // New ids throughout.
-    Ref<IQVRCatalogObjectList> children;
-    Ref<IQVRCatalogObject> copiedItem;
-    ASSERT_EQ(copy->get_childNodes(&children), S_OK);
-    ASSERT_EQ(children->getItem(1, &copiedItem), S_OK);
-    Ref<IQVRCatalogPart> copiedPart = query<IQVRCatalogPart>(copiedItem);
+    Ref<IQVRCatalogPart> copiedPart = query<IQVRCatalogPart>(childAt(copy, 1));
     ASSERT_TRUE(copiedPart);
-    EXPECT_NE(keyOf(copy), keyOf(chapter));
     EXPECT_NE(keyOf(copiedPart), keyOf(part));
-    EXPECT_EQ(keyOf(copiedPart).size(), 36u);
 
     // The copy refers to a new name and is open under its own key, over a document of its own.
     String reference;

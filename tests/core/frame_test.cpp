@@ -157,18 +157,6 @@ TEST(Frame, RemovalKeepsTheOldParentLinkAndTheGuardCountsByTag) {
     // The DOM refuses what is not a child.
     EXPECT_EQ(box->removeChild(part, nullptr), E_INVALIDARG);
     EXPECT_EQ(box->removeChild(nullptr, nullptr), E_POINTER);
-
-    // A container with a guard refuses to give up the last child of a tag, counted under
-    // itself whether or not the argument is one of its children.
-    Ref<IQVRCatalogImage> first = newImage(catalog, "a.png"), second = newImage(catalog, "b.png");
-    Ref<IQVRCatalogImages> images;
-    ASSERT_EQ(catalog->createImages(first, &images), S_OK);
-    EXPECT_EQ(images->appendChild(part, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can only append an Image as a child of this object.");
-    EXPECT_EQ(images->removeChild(second, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
-    EXPECT_EQ(images->removeChild(first, nullptr), E_FAIL);
-    EXPECT_EQ(childTags(images), "Image");
 }
 
 TEST(Frame, KeysAndContainment) {

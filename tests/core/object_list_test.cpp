@@ -188,6 +188,7 @@ TEST(ObjectList, ListsKeepTheirRootAliveAndLeaveNothingBehind) {
         Ref<IQVRCatalogObjectList> list;
         {
             Tree t;
+            Listener listener(t.catalog);
             ASSERT_EQ(t.catalog->get_childNodes(&list), S_OK);
         }
         // The list still hears its catalog, which it keeps alive through its owner.

@@ -10,12 +10,6 @@
 namespace qvr::testing {
 namespace {
 
-Ref<IXMLDOMElement> elementOf(IQVRCatalogObject* object) {
-    Ref<IXMLDOMElement> element;
-    EXPECT_EQ(object->get_domNode(&element), S_OK);
-    return element;
-}
-
 Ref<IQVRCatalogObject> catalogOf(IQVRCatalogObject* object) {
     return dynamic_cast<ObjectFrame&>(*object).catalogRef();
 }
