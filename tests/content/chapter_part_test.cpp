@@ -17,9 +17,8 @@ TEST(Part, ANewPartHasADescAndAnEmptyTableReference) {
     Ref<IQVRCatalog> catalog = newCatalog();
     Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
     EXPECT_EQ(childTags(part), "Desc TableRef");
-    Ref<IXMLDOMElement> element;
+    Ref<IXMLDOMElement> element = elementOf(part);
     Ref<IXMLDOMNode> url;
-    ASSERT_EQ(part->get_domNode(&element), S_OK);
     ASSERT_EQ(element->selectSingleNode("TableRef/URL", &url), S_OK);
     EXPECT_EQ(attributeOf(url, "xlink:actuate"), "onRequest");
     EXPECT_EQ(attributeOf(url, "xlink:href"), "");
@@ -79,9 +78,8 @@ TEST(ChapterAndPart, NameVisibilityAndDescription) {
 
     // Without the attribute: S_FALSE, true, and the name left as it was. Without Desc: put_desc
     // creates nothing and nobody hears.
-    Ref<IXMLDOMElement> element;
+    Ref<IXMLDOMElement> element = elementOf(chapter);
     Ref<IXMLDOMNode> desc;
-    ASSERT_EQ(chapter->get_domNode(&element), S_OK);
     ASSERT_EQ(element->removeAttribute("visible"), S_OK);
     ASSERT_EQ(element->removeAttribute("name"), S_OK);
     visible = VARIANT_FALSE;

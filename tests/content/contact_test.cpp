@@ -2,6 +2,7 @@
 // children and the shape of their country codes.
 #include <gtest/gtest.h>
 
+#include "common/catalog_elements.h"
 #include "common/catalog_fixture.h"
 
 namespace qvr::testing {
@@ -14,22 +15,14 @@ Ref<IQVRCatalogTelephoneNumber> newNumber(IQVRCatalog* catalog, const char* numb
 }
 
 Ref<IQVRCatalogPostalAddress> newPostalAddress(IQVRCatalog* catalog) {
-    Ref<IQVRCatalogStreet> street;
-    Ref<IQVRCatalogPostalAddress> result;
-    EXPECT_EQ(catalog->createStreet("Hauptstr. 1", &street), S_OK);
-    EXPECT_EQ(
-        catalog->createPostalAddress("P1", "Ulm", "Germany", "DE", street, "BW", "89073", &result),
-        S_OK);
-    return result;
+    return query<IQVRCatalogPostalAddress>(elements::postalAddress(catalog));
 }
 
 // Takes the child `name` out of the object's element, behind the model's back.
 void without(IQVRCatalogObject* object, const char* name) {
-    Ref<IXMLDOMElement> parent;
     Ref<IXMLDOMNode> node;
-    ASSERT_EQ(object->get_domNode(&parent), S_OK);
-    ASSERT_EQ(parent->selectSingleNode(name, &node), S_OK);
-    ASSERT_EQ(parent->removeChild(node, nullptr), S_OK);
+    ASSERT_EQ(elementOf(object)->selectSingleNode(name, &node), S_OK);
+    ASSERT_EQ(elementOf(object)->removeChild(node, nullptr), S_OK);
 }
 
 std::string countryOf(IQVRCatalogPostalAddress* address) {

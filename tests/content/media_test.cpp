@@ -35,10 +35,8 @@ TEST(URL, XLinkAttributes) {
     ASSERT_EQ(url->put_show(qvrShowEmbed), S_OK);
     EXPECT_EQ(attributeOf(url, "xlink:show"), "embed");
     EXPECT_EQ(url->put_type(static_cast<QVRURLType>(7)), E_INVALIDARG);
-    Ref<IXMLDOMElement> element;
-    ASSERT_EQ(url->get_domNode(&element), S_OK);
-    ASSERT_EQ(element->setAttribute("xlink:actuate", "OnLoad"), S_OK);
-    ASSERT_EQ(element->setAttribute("xlink:type", "bogus"), S_OK);
+    ASSERT_EQ(elementOf(url)->setAttribute("xlink:actuate", "OnLoad"), S_OK);
+    ASSERT_EQ(elementOf(url)->setAttribute("xlink:type", "bogus"), S_OK);
     QVRURLActuate actuate = qvrActuateOnLoad;
     QVRURLType type = qvrTypeSimple;
     ASSERT_EQ(url->get_actuate(&actuate), S_OK);
@@ -129,11 +127,9 @@ TEST(Media, ContainersKeepTheirLastChildAndTheirKind) {
     ASSERT_EQ(catalog->createDocument(newURL(catalog, "m.pdf"), "Manual", &document), S_OK);
     ASSERT_EQ(catalog->createDocuments(document, "All", &documents), S_OK);
     // The further files of a view are made by the table; here straight in the catalog.
-    Ref<IXMLDOMElement> root;
     Ref<IXMLDOMDocument> dom;
     Ref<CQVRCatalogReferencedFiles> files;
-    ASSERT_EQ(catalog->get_domNode(&root), S_OK);
-    ASSERT_EQ(root->get_ownerDocument(&dom), S_OK);
+    ASSERT_EQ(elementOf(catalog)->get_ownerDocument(&dom), S_OK);
     ASSERT_EQ(createNewWrapper<CQVRCatalogReferencedFiles>(dom, catalog, &files), S_OK);
     ASSERT_EQ(files->appendChild(file, nullptr), S_OK);
     Listener listener(catalog);

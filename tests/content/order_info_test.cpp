@@ -183,21 +183,18 @@ TEST(OrderMethods, TargetsOfEachKindProtocolsAndTheList) {
     EXPECT_EQ(listener.take(), "changed #10 | changed #10");
 
     // A stored target of no known kind, or none at all.
-    VARIANT_BOOL done;
-    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Supplier><SupplierLocation><OrderMethods>"
+    ASSERT_EQ(loadXml(catalog, "<vCAT id='c'><Supplier><SupplierLocation><OrderMethods>"
                                "<OrderMethod><OrderTarget><Pager/></OrderTarget></OrderMethod>"
                                "<OrderMethod><OrderTarget/></OrderMethod>"
-                               "</OrderMethods></SupplierLocation></Supplier></vCAT>",
-                               &done),
+                               "</OrderMethods></SupplierLocation></Supplier></vCAT>"),
               S_OK);
     Ref<IQVRCatalogSupplier> supplier;
-    Ref<IQVRCatalogObjectList> locations, stored;
-    Ref<IQVRCatalogObject> location;
+    Ref<IQVRCatalogObjectList> stored;
     Ref<IQVRCatalogOrderMethods> storedMethods;
     ASSERT_EQ(catalog->get_supplier(&supplier), S_OK);
-    ASSERT_EQ(supplier->get_childNodes(&locations), S_OK);
-    ASSERT_EQ(locations->getItem(1, &location), S_OK);
-    ASSERT_EQ(query<IQVRCatalogSupplierLocation>(location)->get_orderMethods(&storedMethods), S_OK);
+    ASSERT_EQ(
+        query<IQVRCatalogSupplierLocation>(childAt(supplier, 1))->get_orderMethods(&storedMethods),
+        S_OK);
     ASSERT_EQ(storedMethods->get_childNodes(&stored), S_OK);
     std::string types;
     for (Ref<IQVRCatalogObject> item : *stored) {
@@ -211,10 +208,8 @@ TEST(OrderMethods, TargetsOfEachKindProtocolsAndTheList) {
 
     // OrderMethods can be emptied, and takes nothing but methods.
     Ref<IQVRCatalogOrderMethods> methods = query<IQVRCatalogOrderMethods>(orderMethods(catalog));
-    Ref<IQVRCatalogObjectList> list;
-    Ref<IQVRCatalogObject> first, removed;
-    ASSERT_EQ(methods->get_childNodes(&list), S_OK);
-    while (list->getItem(1, &first) == S_OK) ASSERT_EQ(methods->removeChild(first, &removed), S_OK);
+    Ref<IQVRCatalogObject> removed;
+    while (Made first = childAt(methods, 1)) ASSERT_EQ(methods->removeChild(first, &removed), S_OK);
     EXPECT_EQ(childTags(methods), "");
     EXPECT_EQ(methods->appendChild(target, &removed), E_FAIL);
     EXPECT_EQ(lastError(), "You can only append OrderMethod as a child of this object.");

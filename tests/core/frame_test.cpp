@@ -186,9 +186,7 @@ TEST(Frame, KeysAndContainment) {
     EXPECT_EQ(contained, VARIANT_FALSE);
 
     // A key absent from the element: S_FALSE and no text.
-    Ref<IXMLDOMElement> element;
-    ASSERT_EQ(part->get_domNode(&element), S_OK);
-    ASSERT_EQ(element->removeAttribute("id"), S_OK);
+    ASSERT_EQ(elementOf(part)->removeAttribute("id"), S_OK);
     String key;
     EXPECT_EQ(part->get_key(&key), S_FALSE);
     EXPECT_TRUE(key.isNull());

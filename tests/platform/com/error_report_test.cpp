@@ -36,7 +36,8 @@ TEST(ReportError, StatusAndRecordOfEachKindOfReport) {
         HRESULT given, status;
         const char* description;
     } reports[] = {
-        {134, nullptr, 0, makeStatus(0x80040000u | 134), "A child with the same id already exists."},
+        {134, nullptr, 0, makeStatus(0x80040000u | 134),
+         "A child with the same id already exists."},
         {999, nullptr, 0, makeStatus(0x80040000u | 999), "Unknown Error"},
         {0, nullptr, 0, makeStatus(0x80040000u), "Unknown Error"},
         {70000, nullptr, 0, DISP_E_EXCEPTION, "Unknown Error"},

@@ -321,8 +321,9 @@ TEST(DomIndex, RowsByPlaceFollowInsertionsAndRemovals) {
     // which a new row, a removed row and a moved row all change.
     auto second = [&] {
         const std::string first = textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[2]"));
-        return first == textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[2]")) ? first
-                                                                                      : "(differs)";
+        return first == textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[2]"))
+                   ? first
+                   : "(differs)";
     };
     EXPECT_EQ(second(), "B");
     EXPECT_EQ(textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[3]")), "C");
