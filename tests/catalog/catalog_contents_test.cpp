@@ -199,23 +199,41 @@ TEST_F(CompleteCatalog, EveryKindOfElementIsSavedAndReadBackEqual) {
     ASSERT_EQ(catalog->putref_extrinsics(extrinsics(catalog)), S_OK);
     ASSERT_EQ(catalog->putref_orderInfo(orderInfo(catalog)), S_OK);
     ASSERT_EQ(catalog->putref_supplier(supplier(catalog)), S_OK);
+    // Texts that need escaping, in attributes and in elements.
+    ASSERT_EQ(bolts->put_name("Metric & more <here>"), S_OK);
+    ASSERT_EQ(m8->put_name("M8 \"x\" 40"), S_OK);
+    ASSERT_EQ(m8->put_desc("Hexagon bolt, zinc plated & <oiled>"), S_OK);
+    ASSERT_EQ(m8->put_tableRef("tables/m8.xml"), S_OK);
     const std::string expected = "order info 3/1/2026 to 12/31/2027 in CountryCode DE\n"
                                  "supplier ACME, Bolts and nuts, ids DUNS and GLN\n"
                                  "location ACME in Stuttgart\n"
                                  "order methods voice:0 smtp:1 fax:2 https:3\n"
-                                 "part M8 orderable from 3/1/2026, class ETIM, 1 extrinsics\n";
+                                 "part M8 \"x\" 40 orderable from 3/1/2026, class ETIM, 1 "
+                                 "extrinsics\n";
     EXPECT_EQ(readBack(catalog), expected);
 
+    // Made by create, the catalog has no place to save to yet: the DOM refuses.
     VARIANT_BOOL done = VARIANT_FALSE;
+    EXPECT_TRUE(FAILED(catalog->save(&done)));
+    EXPECT_EQ(done, VARIANT_FALSE);
     ASSERT_EQ(catalog->saveAs(Variant(file("complete.xml")), &done), S_OK);
+    EXPECT_EQ(done, VARIANT_TRUE);
     Ref<IQVRCatalog> loaded;
     ASSERT_EQ(CreateCatalog(&loaded), S_OK);
     ASSERT_EQ(loaded->load(Variant(file("complete.xml")), &done), S_OK);
-    String written, read;
+    String written, reread, base;
     ASSERT_EQ(catalog->get_xml(&written), S_OK);
-    ASSERT_EQ(loaded->get_xml(&read), S_OK);
-    EXPECT_EQ(read, written);
+    ASSERT_EQ(loaded->get_xml(&reread), S_OK);
+    EXPECT_EQ(reread, written);
     EXPECT_EQ(readBack(loaded), expected);
+    ASSERT_EQ(loaded->get_baseUrl(&base), S_OK);
+    EXPECT_EQ(base.str(), "file://" + dir.string() + "/");
+    // Saved again, the same bytes; save writes where the document came from.
+    ASSERT_EQ(loaded->saveAs(Variant(file("again.xml")), &done), S_OK);
+    EXPECT_EQ(read(file("again.xml")), read(file("complete.xml")));
+    ASSERT_EQ(loaded->put_name("Renamed"), S_OK);
+    ASSERT_EQ(loaded->save(&done), S_OK);
+    EXPECT_NE(read(file("again.xml")).find("name=\"Renamed\""), std::string::npos);
     // findById reaches as deep as any id stands, and hands the element out with the catalog as
     // its parent.
     Made found, parent;
@@ -225,7 +243,7 @@ TEST_F(CompleteCatalog, EveryKindOfElementIsSavedAndReadBackEqual) {
     EXPECT_EQ(parent.get(), static_cast<IQVRCatalogObject*>(loaded.get()));
     // Every tag of the catalog format stands in the file.
     for (const auto& [tag, maker] : everyFactory())
-        EXPECT_NE(read.str().find("<" + std::string(tag)), std::string::npos) << tag;
+        EXPECT_NE(reread.str().find("<" + std::string(tag)), std::string::npos) << tag;
 }
 
 } // namespace
