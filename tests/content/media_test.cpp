@@ -2,6 +2,7 @@
 // keep their last child.
 #include <gtest/gtest.h>
 
+#include "common/catalog_elements.h"
 #include "common/catalog_fixture.h"
 #include "content/media.h"
 #include "core/object_factory.h"
@@ -114,54 +115,92 @@ TEST(Media, OneTargetPerLanguage) {
     EXPECT_EQ(keyOf(de).size(), 36u); // the wrapper's own key
 }
 
-TEST(Media, ContainersKeepTheirLastChildAndTheirKind) {
+// Every container of the content: what it takes, and whether it keeps its last child.
+TEST(Containers, TakeTheirOwnKindAndGuardedOnesKeepTheirLastChild) {
+    using namespace elements;
     Ref<IQVRCatalog> catalog = newCatalog();
-    Ref<IQVRCatalogURL> only = newURL(catalog, "a.pdf", "en"), file = newURL(catalog, "x.dwg");
-    Ref<IQVRCatalogImage> first = newImage(catalog, "a.png"), stray = newImage(catalog, "b.png");
-    Ref<IQVRCatalogLink> link;
-    Ref<IQVRCatalogImages> images;
-    Ref<IQVRCatalogDocument> document;
-    Ref<IQVRCatalogDocuments> documents;
-    ASSERT_EQ(catalog->createLink(only, &link), S_OK);
-    ASSERT_EQ(catalog->createImages(first, &images), S_OK);
-    ASSERT_EQ(catalog->createDocument(newURL(catalog, "m.pdf"), "Manual", &document), S_OK);
-    ASSERT_EQ(catalog->createDocuments(document, "All", &documents), S_OK);
     // The further files of a view are made by the table; here straight in the catalog.
-    Ref<IXMLDOMDocument> dom;
-    Ref<CQVRCatalogReferencedFiles> files;
-    ASSERT_EQ(elementOf(catalog)->get_ownerDocument(&dom), S_OK);
-    ASSERT_EQ(createNewWrapper<CQVRCatalogReferencedFiles>(dom, catalog, &files), S_OK);
-    ASSERT_EQ(files->appendChild(file, nullptr), S_OK);
+    auto referencedFiles = [](C c) {
+        Ref<IXMLDOMDocument> dom;
+        Ref<CQVRCatalogReferencedFiles> files;
+        EXPECT_EQ(elementOf(c)->get_ownerDocument(&dom), S_OK);
+        EXPECT_EQ(createNewWrapper<CQVRCatalogReferencedFiles>(dom, c, &files), S_OK);
+        EXPECT_EQ(files->appendChild(url(c, "x.dwg"), nullptr), S_OK);
+        return Made(files->self());
+    };
+    const struct {
+        const char* tag;
+        Made container, stray; // the stray is of the kind the container takes (guarded ones)
+        const char* wrongKind;
+    } containers[] = {
+        {"Link", link(catalog), url(catalog, "b.pdf"),
+         "You can only append URL's as a child of this object."},
+        {"Image", image(catalog), url(catalog, "b.png"),
+         "You can only append URL's as a child of this object."},
+        {"Document", document(catalog), url(catalog, "b.pdf"),
+         "You can only append URL's as a child of this object."},
+        {"ReferencedFiles", referencedFiles(catalog), url(catalog, "y.dwg"),
+         "You can only append URL's as a child of this object."},
+        {"Images", images(catalog), image(catalog),
+         "You can only append an Image as a child of this object."},
+        {"Documents", documents(catalog), document(catalog),
+         "You can only append a Document as a child of this object."},
+        {"Classifications", classifications(catalog), classObject(catalog),
+         "You can only append childs from type Class."},
+        {"Availability", availability(catalog), countryCode(catalog, "FR"),
+         "You can only append CountryCodes as a child of this object."},
+        {"SupplierIDs", supplierIds(catalog), supplierId(catalog),
+         "You can only append SupplierID as a child of this object."},
+        {"ECommerceCenterIDs", centerIds(catalog), centerId(catalog),
+         "You can only append ECommerceCenterID as a child of this object."},
+        {"PostalAddress", postalAddress(catalog), street(catalog),
+         "You can only append Street-Objects as a child of this object."},
+        {"Extrinsics", extrinsics(catalog), nullptr,
+         "You can only append a Extrinsic as child of this object."},
+        {"OrderMethods", orderMethods(catalog), nullptr,
+         "You can only append OrderMethod as a child of this object."},
+        {"Supplier", supplier(catalog), nullptr,
+         "You can only append SupplierLoation objects as a child of this object."},
+    };
+    const Made stranger = newChapter(catalog, "Stranger");
     Listener listener(catalog);
-
-    // The only child of its name stays, also when the object given is not that child.
-    const std::pair<IQVRCatalogObject*, IQVRCatalogObject*> lastOnes[] = {
-        {link, only}, {images, stray}, {documents, document}, {files->self(), file}};
-    for (auto [container, child] : lastOnes) {
-        EXPECT_EQ(container->removeChild(child, nullptr), E_FAIL);
-        EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
-        EXPECT_EQ(childTags(container).find(' '), std::string::npos);
+    for (const auto& c : containers) {
+        SCOPED_TRACE(c.tag);
+        const std::string before = childTags(c.container);
+        EXPECT_EQ(c.container->appendChild(stranger, nullptr), E_FAIL);
+        EXPECT_EQ(lastError(), c.wrongKind);
+        if (c.stray) {
+            // The only child stays, also when the object given is not that child.
+            const Made only = childAt(c.container, 1);
+            for (IQVRCatalogObject* child : {c.stray.get(), only.get()}) {
+                EXPECT_EQ(c.container->removeChild(child, nullptr), E_FAIL);
+                EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
+            }
+            EXPECT_EQ(childTags(c.container), before);
+            EXPECT_EQ(listener.take(), "");
+        } else {
+            while (Made first = childAt(c.container, 1))
+                ASSERT_EQ(c.container->removeChild(first, nullptr), S_OK);
+            EXPECT_EQ(childAt(c.container, 1), nullptr);
+        }
     }
-    EXPECT_EQ(listener.take(), "");
-    ASSERT_EQ(link->appendChild(newURL(catalog, "b.pdf", "de"), nullptr), S_OK);
-    ASSERT_EQ(link->removeChild(only, nullptr), S_OK);
-    EXPECT_EQ(childTags(link), "URL");
 
-    // Each takes its own kind only, and the factories pass a refusal on: no container is born
-    // empty.
-    EXPECT_EQ(images->appendChild(document, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can only append an Image as a child of this object.");
-    EXPECT_EQ(documents->appendChild(first, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can only append a Document as a child of this object.");
+    // With a second child, the first can go.
+    Made link1 = containers[0].container, only = childAt(link1, 1);
+    ASSERT_EQ(link1->appendChild(newURL(catalog, "c.pdf", "de"), nullptr), S_OK);
+    ASSERT_EQ(link1->removeChild(only, nullptr), S_OK);
+    EXPECT_EQ(childTags(link1), "URL");
+
+    // The factories pass a refusal on: no container is born empty.
     Ref<IQVRCatalogImage> none;
     Ref<IQVRCatalogDocument> wrong;
-    Ref<IQVRCatalogURL> url;
+    Ref<IQVRCatalogURL> noUrl;
     EXPECT_EQ(catalog->createImage(nullptr, &none), E_POINTER);
-    EXPECT_EQ(catalog->createDocument(document, "x", &wrong), E_FAIL);
+    EXPECT_EQ(catalog->createDocument(containers[2].container, "x", &wrong), E_FAIL);
     EXPECT_EQ(lastError(), "You can only append URL's as a child of this object.");
-    EXPECT_EQ(catalog->createURL("a", "b", nullptr, &url), E_INVALIDARG);
-    EXPECT_EQ(catalog->createURL("a", "b", "EN", &url), E_FAIL);
-    EXPECT_FALSE(none || wrong || url);
+    EXPECT_EQ(catalog->createURL("a", "b", nullptr, &noUrl), E_INVALIDARG);
+    EXPECT_EQ(catalog->createURL("a", "b", "EN", &noUrl), E_FAIL);
+    EXPECT_FALSE(none || wrong || noUrl);
 }
 
 } // namespace
