@@ -251,13 +251,19 @@ TEST(Catalog, FindByIdLooksForGuidTexts) {
     EXPECT_EQ(catalog->findById(nullptr, &found), E_INVALIDARG);
     EXPECT_EQ(catalog->findById(keyOf(part), nullptr), E_POINTER);
 
-    // An id on an element of no class: the factory refuses it.
-    VARIANT_BOOL done;
-    ASSERT_EQ(catalog->loadXML("<vCAT id='r'><Desc id='0123456789-0123456789-0123456789-01'/>"
-                               "</vCAT>",
-                               &done),
+    // The exact tag chooses the class, wherever the element stands; an id on an element of no
+    // class (a Desc, a chapter in small letters) is refused by the factory.
+    ASSERT_EQ(loadXml(catalog, "<vCAT id='r'><Desc id='0123456789-0123456789-0123456789-01'/>"
+                               "<chapter id='0123456789-0123456789-0123456789-02'/>"
+                               "<ColumnConstView id='0123456789-0123456789-0123456789-03'/>"
+                               "</vCAT>"),
               S_OK);
     EXPECT_EQ(catalog->findById("0123456789-0123456789-0123456789-01", &found), E_FAIL);
+    EXPECT_EQ(catalog->findById("0123456789-0123456789-0123456789-02", &found), E_FAIL);
+    ASSERT_EQ(catalog->findById("0123456789-0123456789-0123456789-03", &found), S_OK);
+    QVRObjectType type = qvrCatalog;
+    ASSERT_EQ(found->get_objectType(&type), S_OK);
+    EXPECT_EQ(type, qvrConstView);
     // An apostrophe breaks the selection, and that failure comes back.
     EXPECT_EQ(catalog->findById("0123456789-0123456789-0123456789-0'", &found), E_FAIL);
     // Even where the pasted text would make a well-formed query of its own, it is not run.

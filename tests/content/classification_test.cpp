@@ -86,6 +86,8 @@ TEST(Extrinsic, HoldsATextOrACopyOfAnElement) {
     ASSERT_EQ(extrinsics->appendChild(extra, nullptr), S_OK);
     ASSERT_EQ(extrinsics->appendChild(twin, nullptr), S_OK);
     EXPECT_EQ(childTags(extrinsics), "Extrinsic Extrinsic");
+    // They have no key: a key names none of them.
+    EXPECT_EQ(extrinsics->insertBefore(twin, Variant(keyOf(twin)), nullptr), S_FALSE);
 }
 
 } // namespace

@@ -124,6 +124,7 @@ TEST(Frame, ContainerInsertionFollowsItsSteps) {
     Ref<IQVRCatalogChapter> f = newChapter(catalog, "F");
     EXPECT_EQ(box->insertBefore(f, Variant("no such key"), nullptr), S_FALSE);
     EXPECT_EQ(box->insertBefore(f, Variant(1.5), nullptr), E_UNEXPECTED);
+    EXPECT_TRUE(FAILED(box->insertBefore(f, Variant("it's"), nullptr))); // breaks the selection
     EXPECT_EQ(namesIn(children), "E B D A C");
 
     // A key already among the siblings: message 134. A child moved within its own parent
