@@ -29,82 +29,78 @@ TEST_F(CatalogFiles, ANewDocumentHasItsExactForm) {
     EXPECT_EQ(childTags(catalog), "Desc");
 }
 
-TEST_F(CatalogFiles, LoadFailuresTellWhy) {
-    Ref<IQVRCatalog> catalog;
-    ASSERT_EQ(CreateCatalog(&catalog), S_OK);
-    VARIANT_BOOL done = VARIANT_TRUE;
-
-    write("broken.xml", "<vCAT>\n  <Chapter>\n</vCAT>\n");
-    EXPECT_EQ(catalog->load(Variant(String(file("broken.xml"))), &done), S_FALSE);
-    EXPECT_EQ(done, VARIANT_FALSE);
-    const std::string text = lastError();
-    EXPECT_EQ(text.rfind("XML parse error:\n\n", 0), 0u) << text;
-    EXPECT_NE(text.find("\nFile: file://"), std::string::npos) << text;
-    EXPECT_NE(text.find("broken.xml\nLine: 3, Position: "), std::string::npos) << text;
-    EXPECT_NE(text.find(", Code: 0x"), std::string::npos) << text;
-
-    // The root's tag is compared exactly; the foreign document stays loaded.
-    for (const char* root : {"VCAT", "vCATTable"}) {
-        write("foreign.xml", std::string("<") + root + " id='x'/>");
-        EXPECT_EQ(catalog->load(Variant(String(file("foreign.xml"))), &done), QVR_E_NOTCATALOG);
-        EXPECT_EQ(lastError(), "The .xml file is not an vCATCatalog file.");
-    }
-    String key;
-    EXPECT_EQ(catalog->get_key(&key), S_OK);
-    EXPECT_EQ(key, "x");
-
-    EXPECT_EQ(catalog->loadXML("<vCAT version='1.2' id='y'><Desc>d</Desc></vCAT>", &done), S_OK);
-    EXPECT_EQ(catalog->loadXML("<vCAT", &done), S_FALSE);
-    EXPECT_EQ(lastError().rfind("XML parse error:", 0), 0u);
-    EXPECT_EQ(catalog->load(Variant(String(file("missing.xml"))), &done), S_FALSE);
-    EXPECT_EQ(catalog->load(Variant(String(file("missing.xml"))), nullptr), E_POINTER);
-}
-
-TEST_F(CatalogFiles, AfterAFailedLoadNothingIsSavedOverAFile) {
+TEST_F(CatalogFiles, AFailedLoadTellsWhyAndNothingIsSavedAfterIt) {
     Ref<IQVRCatalog> catalog = newCatalog("Good");
     VARIANT_BOOL done = VARIANT_FALSE;
-    ASSERT_EQ(catalog->saveAs(Variant(String(file("good.xml"))), &done), S_OK);
+    ASSERT_EQ(catalog->saveAs(Variant(file("good.xml")), &done), S_OK);
     const std::string good = read(file("good.xml"));
-    write("broken.xml", "<vCAT><Desc></vCAT>");
-    write("foreign.xml", "<vCATTable/>");
+    write("broken.xml", "<vCAT>\n  <Chapter>\n</vCAT>\n");
+    write("foreign.xml", "<vCATTable id='x'/>");
+    write("cased.xml", "<VCAT id='x'/>"); // the root's tag is compared exactly
 
     // Whatever the failed load left (an empty document, a foreign one), it is not saved: not to
     // the file the catalog came from, not elsewhere.
-    const std::function<HRESULT()> failedLoads[] = {
-        [&] { return catalog->load(Variant(String(file("missing.xml"))), &done); },
-        [&] { return catalog->load(Variant(String(file("broken.xml"))), &done); },
-        [&] { return catalog->load(Variant(String(file("foreign.xml"))), &done); },
-        [&] { return catalog->loadXML("<vCAT>", &done); },
+    const std::string parseError = "XML parse error:\n\n",
+                      notCatalog = "The .xml file is not an vCATCatalog file.";
+    const struct {
+        std::function<HRESULT()> load;
+        HRESULT status;
+        const std::string& message; // how the message starts
+    } failedLoads[] = {
+        {[&] { return catalog->load(Variant(file("missing.xml")), &done); }, S_FALSE, parseError},
+        {[&] { return catalog->load(Variant(file("broken.xml")), &done); }, S_FALSE, parseError},
+        {[&] { return catalog->load(Variant(file("foreign.xml")), &done); }, QVR_E_NOTCATALOG,
+         notCatalog},
+        {[&] { return catalog->load(Variant(file("cased.xml")), &done); }, QVR_E_NOTCATALOG,
+         notCatalog},
+        {[&] { return catalog->loadXML("<vCAT", &done); }, S_FALSE, parseError},
     };
-    for (const auto& failedLoad : failedLoads) {
-        ASSERT_EQ(catalog->load(Variant(String(file("good.xml"))), &done), S_OK);
-        EXPECT_NE(failedLoad(), S_OK);
-        lastError();
+    for (const auto& failed : failedLoads) {
+        ASSERT_EQ(catalog->load(Variant(file("good.xml")), &done), S_OK);
+        EXPECT_EQ(failed.load(), failed.status);
+        if (failed.status == S_FALSE) {
+            EXPECT_EQ(done, VARIANT_FALSE);
+        }
+        const std::string why = lastError();
+        EXPECT_EQ(why.rfind(failed.message, 0), 0u) << why;
         EXPECT_EQ(catalog->save(&done), E_FAIL);
         EXPECT_EQ(done, VARIANT_FALSE);
         const std::string text = lastError();
         EXPECT_NE(text.find("not saved to " + file("good.xml") + ": its last load failed"),
                   std::string::npos)
             << text;
-        EXPECT_EQ(catalog->saveAs(Variant(String(file("other.xml"))), &done), E_FAIL);
+        EXPECT_EQ(catalog->saveAs(Variant(file("other.xml")), &done), E_FAIL);
         EXPECT_FALSE(std::filesystem::exists(file("other.xml")));
         EXPECT_EQ(read(file("good.xml")), good);
     }
+    // The parse error names the file, the place and the code; a foreign document stays loaded.
+    EXPECT_EQ(catalog->load(Variant(file("broken.xml")), &done), S_FALSE);
+    const std::string text = lastError();
+    EXPECT_NE(text.find("\nFile: file://"), std::string::npos) << text;
+    EXPECT_NE(text.find("broken.xml\nLine: 3, Position: "), std::string::npos) << text;
+    EXPECT_NE(text.find(", Code: 0x"), std::string::npos) << text;
+    EXPECT_EQ(catalog->load(Variant(file("foreign.xml")), &done), QVR_E_NOTCATALOG);
+    EXPECT_EQ(keyOf(catalog), "x");
+    EXPECT_EQ(catalog->load(Variant(file("missing.xml")), nullptr), E_POINTER);
+
     // A document made anew saves again.
     ASSERT_EQ(catalog->create("", "New", "en", &done), S_OK);
     EXPECT_EQ(catalog->save(&done), S_OK);
     EXPECT_NE(read(file("good.xml")).find("name=\"New\""), std::string::npos);
 
     // Refusals of the file system name the file and the reason.
-    EXPECT_EQ(catalog->saveAs(Variant(String(file("no/such/folder.xml"))), &done),
+    EXPECT_EQ(catalog->saveAs(Variant(file("no/such/folder.xml")), &done),
               HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
     EXPECT_EQ(lastError(), "The file " + file("no/such/folder.xml") +
                                " cannot be saved: The system cannot locate the object "
                                "specified. (No such file or directory)");
     std::filesystem::permissions(file("good.xml"), std::filesystem::perms::owner_read);
+    const std::string saved = read(file("good.xml"));
+    ASSERT_EQ(catalog->put_name("Not saved"), S_OK);
     EXPECT_EQ(catalog->save(&done), E_ACCESSDENIED);
     EXPECT_EQ(lastError(), "The file " + file("good.xml") +
                                " cannot be saved: Access is denied. (the file is read-only)");
+    EXPECT_EQ(read(file("good.xml")), saved);
 }
 
 TEST_F(CatalogFiles, ValuesOfAnyLengthLoadBackAndEntitiesStayBounded) {
@@ -115,10 +111,10 @@ TEST_F(CatalogFiles, ValuesOfAnyLengthLoadBackAndEntitiesStayBounded) {
     VARIANT_BOOL done = VARIANT_FALSE;
     ASSERT_EQ(catalog->put_name(longName), S_OK);
     ASSERT_EQ(catalog->put_desc(longDesc), S_OK);
-    ASSERT_EQ(catalog->saveAs(Variant(String(file("long.xml"))), &done), S_OK);
+    ASSERT_EQ(catalog->saveAs(Variant(file("long.xml")), &done), S_OK);
     Ref<IQVRCatalog> reloaded;
     ASSERT_EQ(CreateCatalog(&reloaded), S_OK);
-    ASSERT_EQ(reloaded->load(Variant(String(file("long.xml"))), &done), S_OK) << lastError();
+    ASSERT_EQ(reloaded->load(Variant(file("long.xml")), &done), S_OK) << lastError();
     EXPECT_EQ(nameOf(reloaded), longName);
     String desc;
     ASSERT_EQ(reloaded->get_desc(&desc), S_OK);
@@ -130,7 +126,7 @@ TEST_F(CatalogFiles, ValuesOfAnyLengthLoadBackAndEntitiesStayBounded) {
     for (int i = 0; i < 20'000; ++i) bomb += "&e;";
     bomb += "</Desc></vCAT>";
     write("bomb.xml", bomb);
-    EXPECT_EQ(reloaded->load(Variant(String(file("bomb.xml"))), &done), S_FALSE);
+    EXPECT_EQ(reloaded->load(Variant(file("bomb.xml")), &done), S_FALSE);
     EXPECT_NE(lastError().find("Entities expand to more than 4 times the size of the document"),
               std::string::npos);
 }
