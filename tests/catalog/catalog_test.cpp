@@ -185,24 +185,19 @@ TEST(Catalog, RootPropertiesAndTheirChecks) {
     EXPECT_EQ(stream->Stat(&stat, 0), S_OK);
 }
 
-TEST(Catalog, CreateWithABadLanguageLeavesAHalfBuiltDocument) {
+TEST(Catalog, WithoutADocumentOrHalfBuilt) {
     Ref<IQVRCatalog> catalog;
     ASSERT_EQ(CreateCatalog(&catalog), S_OK);
-    VARIANT_BOOL done = VARIANT_TRUE;
-    EXPECT_EQ(catalog->create("/tmp/", "Half", "english", &done), E_FAIL);
-    EXPECT_EQ(done, VARIANT_FALSE);
-    EXPECT_EQ(lastError(), "This is not a valid ISO 639 language code.");
-    String text;
-    EXPECT_EQ(catalog->get_name(&text), S_OK);
-    EXPECT_EQ(text, "Half");
-    EXPECT_EQ(catalog->get_language(&text), S_FALSE);
-    EXPECT_EQ(childTags(catalog), "");
-    EXPECT_EQ(catalog->create("/tmp/", "Half", "en", nullptr), E_POINTER);
-}
-
-TEST(Catalog, NotInitializedAndFactoryArguments) {
-    Ref<IQVRCatalog> catalog;
-    ASSERT_EQ(CreateCatalog(&catalog), S_OK);
+    // The object type and the links of the root work without a document; the rest reports.
+    QVRObjectType type = qvrRecipe;
+    EXPECT_EQ(catalog->get_objectType(&type), S_OK);
+    EXPECT_EQ(type, qvrCatalog);
+    Ref<IQVRCatalogObject> self;
+    EXPECT_EQ(catalog->get_catalog(&self), S_OK);
+    EXPECT_EQ(self.get(), static_cast<IQVRCatalogObject*>(catalog.get()));
+    EXPECT_EQ(catalog->putref_catalog(self), E_FAIL);
+    EXPECT_EQ(catalog->putref_parentNode(self), E_FAIL);
+    EXPECT_EQ(catalog->cloneNode(VARIANT_TRUE, &self), E_NOTIMPL);
     Ref<IQVRCatalogChapter> chapter;
     EXPECT_EQ(catalog->createChapter(nullptr, &chapter), E_INVALIDARG);
     EXPECT_EQ(catalog->createChapter("Bolts", &chapter), E_FAIL);
@@ -210,15 +205,25 @@ TEST(Catalog, NotInitializedAndFactoryArguments) {
               0u);
     String text;
     VARIANT_BOOL done;
+    EXPECT_EQ(catalog->get_key(&text), E_FAIL);
+    EXPECT_EQ(lastError().rfind("The Catalog is not initialized yet.", 0), 0u);
     EXPECT_EQ(catalog->get_xml(&text), E_FAIL);
     EXPECT_EQ(catalog->saveAs(Variant("/tmp/nothing.xml"), &done), E_FAIL);
     EXPECT_EQ(done, VARIANT_FALSE);
-    Ref<IQVRCatalogObject> self;
-    EXPECT_EQ(catalog->get_catalog(&self), S_OK);
-    EXPECT_EQ(self.get(), static_cast<IQVRCatalogObject*>(catalog.get()));
-    EXPECT_EQ(catalog->putref_catalog(self), E_FAIL);
-    EXPECT_EQ(catalog->putref_parentNode(self), E_FAIL);
-    EXPECT_EQ(catalog->cloneNode(VARIANT_TRUE, &self), E_NOTIMPL);
+    // ... but an insertion reports and answers S_OK all the same.
+    EXPECT_EQ(catalog->appendChild(newChapter(newCatalog(), "Bolts"), nullptr), S_OK);
+    EXPECT_EQ(lastError().rfind("The Catalog is not initialized yet.", 0), 0u);
+
+    // A bad language ends create with the document half built.
+    done = VARIANT_TRUE;
+    EXPECT_EQ(catalog->create("/tmp/", "Half", "english", &done), E_FAIL);
+    EXPECT_EQ(done, VARIANT_FALSE);
+    EXPECT_EQ(lastError(), "This is not a valid ISO 639 language code.");
+    EXPECT_EQ(catalog->get_name(&text), S_OK);
+    EXPECT_EQ(text, "Half");
+    EXPECT_EQ(catalog->get_language(&text), S_FALSE);
+    EXPECT_EQ(childTags(catalog), "");
+    EXPECT_EQ(catalog->create("/tmp/", "Half", "en", nullptr), E_POINTER);
 }
 
 TEST(Catalog, FindByIdLooksForGuidTexts) {
