@@ -30,8 +30,8 @@ inline Made chapter(C c) {
 inline Made part(C c) {
     return make<IQVRCatalogPart>([&](auto* o) { return c->createPart("M8", o); });
 }
-inline Made url(C c, const char* href = "https://acme.example/") {
-    return make<IQVRCatalogURL>([&](auto* o) { return c->createURL(href, "ACME", "en", o); });
+inline Made url(C c, const char* href = "https://acme.example/", const char* language = "en") {
+    return make<IQVRCatalogURL>([&](auto* o) { return c->createURL(href, "ACME", language, o); });
 }
 inline Made image(C c) {
     return make<IQVRCatalogImage>([&](auto* o) { return c->createImage(url(c, "m8.png"), o); });
