@@ -106,65 +106,36 @@ TEST(Containers, TakeTheirOwnKindAndGuardedOnesKeepTheirLastChild) {
 // child's own key passes again and is heard.
 TEST(Containers, TakeOneChildPerKey) {
     Ref<IQVRCatalog> catalog = newCatalog();
-    using Rekey = std::function<HRESULT(IQVRCatalogObject*, const char*)>;
-    auto domainOfClass = [](IQVRCatalogObject* o, const char* key) {
-        return query<IQVRCatalogClass>(o)->put_domain(key);
+    // The key of a child is its domain, its country code or its language.
+    auto domain = [](IQVRCatalogObject* o, const char* key) {
+        Ref<IQVRCatalogClass> c = query<IQVRCatalogClass>(o);
+        Ref<IQVRCatalogSupplierID> s = query<IQVRCatalogSupplierID>(o);
+        return c   ? c->put_domain(key)
+               : s ? s->put_domain(key)
+                   : query<IQVRCatalogECommerceCenterID>(o)->put_domain(key);
     };
-    auto countryCode = [](IQVRCatalogObject* o, const char* key) {
+    auto code = [](IQVRCatalogObject* o, const char* key) {
         return query<IQVRCatalogCountryCode>(o)->put_isoCountryCode(key);
-    };
-    auto domainOfSupplierId = [](IQVRCatalogObject* o, const char* key) {
-        return query<IQVRCatalogSupplierID>(o)->put_domain(key);
-    };
-    auto domainOfCenterId = [](IQVRCatalogObject* o, const char* key) {
-        return query<IQVRCatalogECommerceCenterID>(o)->put_domain(key);
     };
     auto language = [](IQVRCatalogObject* o, const char* key) {
         return query<IQVRCatalogURL>(o)->put_lang(key);
     };
-    auto make = [](auto factory) {
-        return [factory](C c, const char* key) {
-            Made made;
-            EXPECT_EQ(factory(c, key, &made), S_OK);
-            return made;
-        };
-    };
     const struct {
         const char* tag;
-        Made container; // holding a child of the key "first"
+        Made container; // holding a child of the key `first`
         std::function<Made(C, const char*)> child;
-        Rekey rekey;
+        std::function<HRESULT(IQVRCatalogObject*, const char*)> rekey;
         const char *first, *second;
         bool reports = true; // an insertion: a message and E_FAIL, or QVR_E_DUPLICATE alone
     } containers[] = {
-        {"Classifications", classifications(catalog), make([](C c, const char* k, Made* m) {
-             Ref<IQVRCatalogClass> o;
-             HRESULT hr = c->createClass(k, "x", &o);
-             *m = o.get();
-             return hr;
-         }),
-         domainOfClass, "ETIM", "eCl@ss"},
-        {"Availability", availability(catalog), make([](C c, const char* k, Made* m) {
-             Ref<IQVRCatalogCountryCode> o;
-             HRESULT hr = c->createCountryCode(k, "x", &o);
-             *m = o.get();
-             return hr;
-         }),
-         countryCode, "DE", "FR"},
-        {"SupplierIDs", supplierIds(catalog), make([](C c, const char* k, Made* m) {
-             Ref<IQVRCatalogSupplierID> o;
-             HRESULT hr = c->createSupplierID(k, "x", &o);
-             *m = o.get();
-             return hr;
-         }),
-         domainOfSupplierId, "DUNS", "VAT"},
-        {"ECommerceCenterIDs", centerIds(catalog), make([](C c, const char* k, Made* m) {
-             Ref<IQVRCatalogECommerceCenterID> o;
-             HRESULT hr = c->createECommerceCenterID(k, "x", &o);
-             *m = o.get();
-             return hr;
-         }),
-         domainOfCenterId, "GLN", "DUNS"},
+        {"Classifications", classifications(catalog),
+         [](C c, const char* k) { return classObject(c, k); }, domain, "ETIM", "eCl@ss"},
+        {"Availability", availability(catalog),
+         [](C c, const char* k) { return countryCode(c, k); }, code, "DE", "FR"},
+        {"SupplierIDs", supplierIds(catalog), [](C c, const char* k) { return supplierId(c, k); },
+         domain, "DUNS", "VAT"},
+        {"ECommerceCenterIDs", centerIds(catalog),
+         [](C c, const char* k) { return centerId(c, k); }, domain, "GLN", "DUNS"},
         {"Link", link(catalog), [](C c, const char* k) { return url(c, "x.pdf", k); }, language,
          "en", "de"},
         {"Document", document(catalog), [](C c, const char* k) { return url(c, "x.pdf", k); },
