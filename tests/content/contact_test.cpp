@@ -2,6 +2,8 @@
 // children and the shape of their country codes.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "common/catalog_elements.h"
 #include "common/catalog_fixture.h"
 
@@ -38,16 +40,24 @@ TEST(Contact, CountryCodesAreTwoCapitals) {
     Ref<IQVRCatalogAddress> address;
     ASSERT_EQ(catalog->createAddress("ACME", "DE", postal, nullptr, nullptr, nullptr, &address),
               S_OK);
+    Ref<IQVRCatalogCountryCode> fr =
+        query<IQVRCatalogCountryCode>(elements::countryCode(catalog, "FR"));
     Listener listener(catalog);
 
-    for (const String& bad : {String("de"), String("D"), String("DEU"), String("D1"), String()}) {
-        EXPECT_EQ(address->put_isoCountryCode(bad), E_FAIL);
-        EXPECT_EQ(lastError(), "This is not a valid ISO 3166 country code.");
-        EXPECT_EQ(postal->put_country(bad, "Deutschland"), E_FAIL);
-        EXPECT_EQ(lastError(), "This is not a valid ISO 3166 country code.");
-        EXPECT_EQ(number->put_countryCode(bad, "0049"), E_FAIL);
-        EXPECT_EQ(lastError(), "This is not a valid ISO 3166 country code.");
+    const std::function<HRESULT(const String&)> setters[] = {
+        [&](const String& c) { return address->put_isoCountryCode(c); },
+        [&](const String& c) { return postal->put_country(c, "x"); },
+        [&](const String& c) { return number->put_countryCode(c, "0049"); },
+        [&](const String& c) { return fr->put_isoCountryCode(c); }};
+    for (const String& bad : {String("de"), String("D"), String("DEU"), String("D1"), String("")}) {
+        for (const auto& set : setters) {
+            EXPECT_EQ(set(bad), E_FAIL) << bad;
+            EXPECT_EQ(lastError(), "This is not a valid ISO 3166 country code.");
+        }
     }
+    // A null code is no code; a country code's own code is a required argument.
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(setters[i](String()), E_FAIL);
+    EXPECT_EQ(setters[3](String()), E_INVALIDARG);
     String code;
     ASSERT_EQ(address->get_isoCountryCode(&code), S_OK);
     EXPECT_EQ(code, "DE");
@@ -57,8 +67,11 @@ TEST(Contact, CountryCodesAreTwoCapitals) {
     EXPECT_EQ(code.str() + " " + text.str(), "DE 49");
     EXPECT_EQ(listener.take(), "");
 
+    // Any two capitals pass, known country or not.
     ASSERT_EQ(postal->put_country("AT", "Austria"), S_OK);
     EXPECT_EQ(countryOf(postal), "AT Austria");
+    EXPECT_EQ(fr->put_isoCountryCode("QQ"), S_OK);
+    EXPECT_EQ(keyOf(fr), "QQ");
 
     // The factories end at a bad code and hand out nothing.
     Ref<IQVRCatalogAddress> none;

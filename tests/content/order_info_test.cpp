@@ -92,25 +92,6 @@ TEST(OrderInfo, ChildrenKeepTheirOrderAndEmptyDatesRemove) {
     EXPECT_EQ(info->removeChild(availability, &inserted), S_FALSE);
 }
 
-TEST(CountryCode, AnyTwoCapitals) {
-    Ref<IQVRCatalog> catalog = newCatalog();
-    Ref<IQVRCatalogCountryCode> fr;
-    ASSERT_EQ(catalog->createCountryCode("FR", "France", &fr), S_OK);
-    Listener listener(catalog);
-    for (const char* bad : {"de", "D", "DEU", "", "D1"}) {
-        EXPECT_EQ(fr->put_isoCountryCode(bad), E_FAIL) << bad;
-        EXPECT_EQ(lastError(), "This is not a valid ISO 3166 country code.") << bad;
-    }
-    EXPECT_EQ(fr->put_isoCountryCode(nullptr), E_INVALIDARG);
-    String code;
-    ASSERT_EQ(fr->get_isoCountryCode(&code), S_OK);
-    EXPECT_EQ(code, "FR");
-    EXPECT_EQ(listener.take(), "");
-    // Known country or not; without a parent there are no siblings to clash with.
-    EXPECT_EQ(fr->put_isoCountryCode("QQ"), S_OK);
-    EXPECT_EQ(listener.take(), "changed #9");
-}
-
 TEST(OrderMethods, TargetsOfEachKindAndProtocols) {
     using namespace elements;
     Ref<IQVRCatalog> catalog = newCatalog();
