@@ -29,7 +29,8 @@ TEST(Containers, TakeTheirOwnKindAndGuardedOnesKeepTheirLastChild) {
     };
     const struct {
         const char* tag;
-        Made container, stray; // the stray is of the kind the container takes (guarded ones)
+        Made container;
+        Made stray; // of the kind it takes for a guarded container; none where it can be emptied
         const char* wrongKind;
     } containers[] = {
         {"Link", link(catalog), url(catalog, "b.pdf"),
