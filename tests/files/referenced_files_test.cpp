@@ -219,5 +219,44 @@ TEST_F(ReferencedFiles, MoveDeletesItsSourceOnlyOnceTheCopyIsWhole) {
     EXPECT_EQ(lastError(), "Uploading file to internet is not yet supported.");
 }
 
+TEST_F(ReferencedFiles, CatalogMovesWholeOrNotAtAll) {
+    Ref<IQVRCatalog> loaded = loadCatalog(path("catalog.xml"));
+    const std::string before = listed(referencesOf(loaded, VARIANT_TRUE));
+    const String moved(path("moved"));
+
+    // The copy of the reference cell's file fails after the others were made: every copy goes,
+    // every pointer comes back, every old file stays, and the failure is the copy's.
+    RefusingCalls calls;
+    calls.folder = path("moved/tables/sheets");
+    {
+        file::FileCalls::Scope scope(calls);
+        EXPECT_EQ(RelocateCatalog(loaded, moved, "catalog.xml", VARIANT_TRUE),
+                  HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    }
+    EXPECT_EQ(lastError().rfind("Unable to copy file a.pdf from ", 0), 0u);
+    EXPECT_EQ(listed(referencesOf(loaded, VARIANT_TRUE)), before);
+    for (const std::string& file : pointedFiles) {
+        EXPECT_EQ(readFile(file), "content of " + file) << file;
+        EXPECT_FALSE(holds("moved/" + file)) << file;
+    }
+    EXPECT_FALSE(holds("moved/catalog.xml"));
+    EXPECT_EQ(listed(referencesOf(loadCatalog(path("catalog.xml")), VARIANT_TRUE)), before);
+
+    // Then whole: the two pointers to the image follow its one copy, and nothing stays behind.
+    ASSERT_EQ(RelocateCatalog(loaded, moved, "catalog.xml", VARIANT_TRUE), S_OK) << lastError();
+    for (const std::string& file : pointedFiles) {
+        EXPECT_EQ(readFile("moved/" + file), "content of " + file) << file;
+        EXPECT_FALSE(holds(file)) << file;
+    }
+    EXPECT_FALSE(holds("catalog.xml"));
+    EXPECT_FALSE(holds("tables/m8.xml"));
+    Ref<IQVRCatalog> reloaded = loadCatalog(path("moved/catalog.xml"));
+    const auto all = referencesOf(reloaded, VARIANT_TRUE);
+    EXPECT_EQ(listed(all), before);
+    EXPECT_EQ(keyOf(all[1]), fileUrl(path("moved/img/m8.png")));
+    EXPECT_EQ(keyOf(all[3]), keyOf(all[1]));
+    EXPECT_EQ(keyOf(all[5]), fileUrl(path("moved/tables/drawings/a.dxf")));
+}
+
 } // namespace
 } // namespace qvr::testing
