@@ -14,6 +14,7 @@
 #include <qvr/error_info.h>
 #include <qvr/reference.h>
 
+#include "platform/com/error_report.h"
 #include "platform/com/failure.h"
 #include "platform/file/file_copy.h"
 #include "platform/url/url.h"
@@ -42,6 +43,10 @@ std::string localPathOf(const String& text) {
         path = text;
     }
     return path.isNull() ? std::string() : path.str();
+}
+
+HRESULT statusOf(int error) {
+    return HRESULT_FROM_WIN32(file::systemErrorOf(error));
 }
 
 bool exists(const std::string& path) {
@@ -87,7 +92,14 @@ public:
             return undo(hr);
         }
         if (!move) return S_OK;
-        // Everything stands at its new place, on the disk: the old files can go.
+        // Everything stands at its new place: once it is on the disk the old files can go. The
+        // copies were not flushed one by one; one flush of the file system puts them there.
+        // Should that fail, both places stay whole, each with its own catalog file.
+        if (const int error = file::flushFileSystem(folder_))
+            return reportError({"QVRCatalog.Reference", IQVRCatalogReference::iid},
+                               String("The copies in " + folder_ +
+                                      " could not be flushed to the disk: the old files are kept."),
+                               statusOf(error));
         std::set<std::string> removed;
         for (const Planned& file : planned_)
             if (!file.source.empty() && !sameFile(file.source, file.destination) &&

@@ -440,7 +440,9 @@ HRESULT CQVRCatalogReference::transferFile(Move& move) {
                         statusOf(error));
     }
     if (move.skipCopy) return S_OK;
-    const file::CopyResult result = file::copyFile(move.source, move.destination, move.overwrite);
+    // A copy is on the disk before its source may go; one that leaves its source need not wait.
+    const file::CopyResult result =
+        file::copyFile(move.source, move.destination, move.overwrite, move.move);
     switch (result.outcome) {
     case file::CopyOutcome::Copied: move.copied = true; return S_OK;
     case file::CopyOutcome::KeptExisting: return S_OK; // the file there stays, unreported

@@ -23,7 +23,14 @@ struct CopyResult {
 // Copies `source` to `destination`. An existing destination is replaced only with `overwrite`.
 // The copy has the source's permissions, and a source that nobody may write (read-only) gives a
 // copy its owner may write. A source whose size changes while it is read fails with EIO.
-CopyResult copyFile(const std::string& source, const std::string& destination, bool overwrite);
+// `durable`: the copy is on the disk before the call answers, as it must be before its source
+// may be removed; without it the copy is whole for every reader but reaches the disk later.
+CopyResult copyFile(const std::string& source, const std::string& destination, bool overwrite,
+                    bool durable);
+
+// Puts everything written to the file system that holds `path` on the disk: the one flush
+// after many copies that were not durable. 0 or errno.
+int flushFileSystem(const std::string& path);
 
 // Makes the folder `path` and every missing folder above it. 0 or the errno of the failure.
 int makeDirectories(const std::string& path);
