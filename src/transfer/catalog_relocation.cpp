@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include <sys/stat.h>
-
 #include <qvr/catalog.h>
 #include <qvr/content.h>
 #include <qvr/dom.h>
@@ -36,29 +34,8 @@ Split split(std::string_view pointer) {
 
 // The local path that a "file" URL or an absolute path names; empty for anything else.
 std::string localPathOf(const String& text) {
-    String path;
-    if (url::isUrl(text.view())) {
-        if (url::pathFromUrl(text.view(), &path) != S_OK) return {};
-    } else if (!url::isRelative(text.view())) {
-        path = text;
-    }
-    return path.isNull() ? std::string() : path.str();
-}
-
-HRESULT statusOf(int error) {
-    return HRESULT_FROM_WIN32(file::systemErrorOf(error));
-}
-
-bool exists(const std::string& path) {
-    struct stat info {};
-    return ::stat(path.c_str(), &info) == 0;
-}
-
-bool sameFile(const std::string& a, const std::string& b) {
-    struct stat x {
-    }, y{};
-    return ::stat(a.c_str(), &x) == 0 && ::stat(b.c_str(), &y) == 0 && x.st_dev == y.st_dev &&
-           x.st_ino == y.st_ino;
+    std::string path;
+    return url::localPath(text.view(), &path) ? path : std::string();
 }
 
 // One file to carry, with what it takes to put it back.
@@ -86,7 +63,7 @@ public:
             if (FAILED(hr = carry(file))) return undo(hr);
         VARIANT_BOOL saved = VARIANT_FALSE;
         const std::string target = folder_ + fileName;
-        const bool catalogExisted = exists(target);
+        const bool catalogExisted = file::exists(target);
         if (FAILED(hr = catalog_->saveAs(Variant(target), &saved))) {
             if (!catalogExisted) file::removeFile(target);
             return undo(hr);
@@ -99,13 +76,14 @@ public:
             return reportError({"QVRCatalog.Reference", IQVRCatalogReference::iid},
                                String("The copies in " + folder_ +
                                       " could not be flushed to the disk: the old files are kept."),
-                               statusOf(error));
+                               file::statusOf(error));
         std::set<std::string> removed;
         for (const Planned& file : planned_)
-            if (!file.source.empty() && !sameFile(file.source, file.destination) &&
+            if (!file.source.empty() && !file::sameFile(file.source, file.destination) &&
                 removed.insert(file.source).second)
                 file::removeFile(file.source);
-        if (!oldCatalog.empty() && !sameFile(oldCatalog, target)) file::removeFile(oldCatalog);
+        if (!oldCatalog.empty() && !file::sameFile(oldCatalog, target))
+            file::removeFile(oldCatalog);
         return S_OK;
     }
 
@@ -153,10 +131,11 @@ private:
             for (int n = 2;; ++n) {
                 file.destination = file.newBase + file.place.folder + file.place.name;
                 auto [at, added] = sourceOf.emplace(file.destination, file.source);
-                if (added || sameFile(at->second, file.source) || at->second == file.source) break;
+                if (added || file::sameFile(at->second, file.source) || at->second == file.source)
+                    break;
                 file.place.name = std::to_string(n) + "-" + split(file.oldPointer.view()).name;
             }
-            file.existed = exists(file.destination);
+            file.existed = file::exists(file.destination);
             planned_.push_back(std::move(file));
         }
         return S_OK;
@@ -186,9 +165,9 @@ private:
     HRESULT carry(Planned& file) {
         // A second pointer to a file already carried finds it there and keeps it. A table is
         // written by the save, which replaces whatever stands there; nothing is removed ahead.
-        const bool carried = !file.existed && exists(file.destination);
+        const bool carried = !file.existed && file::exists(file.destination);
         const HRESULT hr = file.reference->copyTo(
-            String(urlOf(file.newBase)), String(file.place.folder), String(file.place.name),
+            url::fileUrlOf(file.newBase), String(file.place.folder), String(file.place.name),
             carried || file.table ? VARIANT_FALSE : VARIANT_TRUE, VARIANT_FALSE);
         file.done = SUCCEEDED(hr);
         return hr;
@@ -200,7 +179,7 @@ private:
         const bool reported = GetErrorInfo(&failure);
         for (auto file = planned_.rbegin(); file != planned_.rend(); ++file) {
             if (!file->done) continue;
-            if (!file->existed && !sameFile(file->source, file->destination))
+            if (!file->existed && !file::sameFile(file->source, file->destination))
                 file::removeFile(file->destination);
             if (!file->table) {
                 file->reference->put_url(file->oldPointer);
@@ -220,7 +199,8 @@ private:
         return status;
     }
 
-    // The file the catalog was loaded from or last saved to; empty when it has none.
+    // The file the catalog was loaded from, while its folder is still the catalog's base (the
+    // folder the moved files were found in); empty otherwise.
     std::string catalogPath() {
         Ref<IXMLDOMElement> root;
         Ref<IXMLDOMDocument> document;
@@ -228,12 +208,11 @@ private:
         if (catalog_->get_domNode(&root) != S_OK || root->get_ownerDocument(&document) != S_OK ||
             document->get_url(&url) != S_OK)
             return {};
-        return localPathOf(url);
-    }
-
-    static String urlOf(const std::string& path) {
-        String url;
-        return url::urlFromPath(path, &url) == S_OK ? url : String(path);
+        const std::string path = localPathOf(url);
+        const std::string base = localPathOf(String(oldBase_));
+        if (path.empty() || base.empty() || path.compare(0, path.rfind('/') + 1, base) != 0)
+            return {};
+        return path;
     }
 
     IQVRCatalog* catalog_;

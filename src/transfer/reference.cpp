@@ -3,8 +3,6 @@
 #include <cstring>
 #include <string>
 
-#include <sys/stat.h>
-
 #include <qvr/catalog.h>
 #include <qvr/content.h>
 #include <qvr/media.h>
@@ -20,49 +18,11 @@ namespace {
 
 const ErrorSource referenceSource{"QVRCatalog.Reference", IQVRCatalogReference::iid};
 
-// The local path that `text` names: a "file" URL (its scheme compared without case), or an
-// absolute path as it stands. False for a URL of another scheme and for a relative path.
-bool localPath(std::string_view text, std::string* path) {
-    String converted;
-    if (url::isUrl(text)) {
-        if (url::pathFromUrl(text, &converted) != S_OK) return false;
-    } else if (url::isRelative(text)) {
-        return false;
-    } else {
-        converted = String(text);
-    }
-    *path = converted.str();
-    for (char& c : *path)
-        if (c == '\\') c = '/';
-    return true;
-}
-
-String urlOf(const std::string& path) {
-    String url;
-    return url::urlFromPath(path, &url) == S_OK ? url : String(path);
-}
-
-bool exists(const std::string& path) {
-    struct stat info {};
-    return ::stat(path.c_str(), &info) == 0;
-}
-
-bool sameFile(const std::string& a, const std::string& b) {
-    struct stat x {
-    }, y{};
-    return ::stat(a.c_str(), &x) == 0 && ::stat(b.c_str(), &y) == 0 && x.st_dev == y.st_dev &&
-           x.st_ino == y.st_ino;
-}
-
 // The message `number` with its inserts, and the system's reason for `error` behind it.
 String withReason(std::uint32_t number, std::initializer_list<std::string_view> inserts,
                   int error) {
     return String(formatInserts(messageText(number), inserts).str() + " " + std::strerror(error) +
                   ".");
-}
-
-HRESULT statusOf(int error) {
-    return HRESULT_FROM_WIN32(file::systemErrorOf(error));
 }
 
 // Calls `f` with the target as interface I; E_UNEXPECTED when it does not offer I.
@@ -405,7 +365,7 @@ HRESULT CQVRCatalogReference::relocate(const Move& given) {
     if (held->access == PointerAccess::TableRef) {
         // An existing file at the destination makes way for the next save, unless it is the
         // table's own file or the copy just made.
-        if (move.overwrite && move.skipCopy && !sameFile(move.source, move.destination))
+        if (move.overwrite && move.skipCopy && !file::sameFile(move.source, move.destination))
             file::removeFile(move.destination);
         hr = through<IQVRCatalogPart>(target_.get(), [&](auto* part) {
             return part->setTableLocation(move.baseUrl, move.relativeDir, move.fileName);
@@ -418,26 +378,26 @@ HRESULT CQVRCatalogReference::relocate(const Move& given) {
         return hr;
     }
     if (move.copied && move.move) file::removeFile(move.source);
-    cachedKey_ = urlOf(move.destination);
+    cachedKey_ = url::fileUrlOf(move.destination);
     return transferred;
 }
 
 HRESULT CQVRCatalogReference::transferFile(Move& move) {
     std::string base;
-    if (!localPath(move.baseUrl.view(), &base))
+    if (!url::localPath(move.baseUrl.view(), &base))
         return fail(String(messageText(msgUploadNotSupported)), E_NOTIMPL);
-    if (!localPath(cachedKey_.view(), &move.source))
+    if (!url::localPath(cachedKey_.view(), &move.source))
         return fail(String(messageText(msgDownloadNotSupported)), E_NOTIMPL);
     std::string relative = move.relativeDir.str() + move.fileName.str();
     for (char& c : relative)
         if (c == '\\') c = '/';
     move.destination = base + (base.empty() || base.back() == '/' ? "" : "/") + relative;
     const std::string folder = move.destination.substr(0, move.destination.rfind('/') + 1);
-    const String folderUrl = urlOf(folder);
-    if (!exists(folder)) {
+    const String folderUrl = url::fileUrlOf(folder);
+    if (!file::exists(folder)) {
         if (const int error = file::makeDirectories(folder))
             return fail(withReason(msgCreateDirectoryFailed, {folderUrl.view()}, error),
-                        statusOf(error));
+                        file::statusOf(error));
     }
     if (move.skipCopy) return S_OK;
     // A copy is on the disk before its source may go; one that leaves its source need not wait.
@@ -458,7 +418,7 @@ HRESULT CQVRCatalogReference::transferFile(Move& move) {
     return fail(withReason(msgCopyFileFailed,
                            {move.fileName.view(), cachedKey_.view(), folderUrl.view()},
                            result.error),
-                statusOf(result.error));
+                file::statusOf(result.error));
 }
 
 HRESULT CQVRCatalogReference::put_url(const String& url) {

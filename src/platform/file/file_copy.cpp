@@ -93,6 +93,18 @@ int flushFileSystem(const std::string& path) {
     return ::syncfs(folder.fd) == 0 ? 0 : errno;
 }
 
+bool exists(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0;
+}
+
+bool sameFile(const std::string& a, const std::string& b) {
+    struct stat x {
+    }, y{};
+    return ::stat(a.c_str(), &x) == 0 && ::stat(b.c_str(), &y) == 0 && x.st_dev == y.st_dev &&
+           x.st_ino == y.st_ino;
+}
+
 int removeFile(const std::string& path) {
     return FileCalls::current().unlink(path.c_str()) == 0 ? 0 : errno;
 }

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include <qvr/com.h>
+
 namespace qvr::file {
 
 enum class CopyOutcome {
@@ -35,11 +37,18 @@ int flushFileSystem(const std::string& path);
 // Makes the folder `path` and every missing folder above it. 0 or the errno of the failure.
 int makeDirectories(const std::string& path);
 
+// Whether something exists at `path`; whether `a` and `b` are one file (by any name or link).
+bool exists(const std::string& path);
+bool sameFile(const std::string& a, const std::string& b);
+
 // Removes the file `path`. 0 or errno.
 int removeFile(const std::string& path);
 
 // The system error number (of the platform whose statuses the library carries) that stands for
-// `error`, for statuses of the form 0x80070000 | number.
+// `error`, and the status that carries it (0x80070000 | number).
 std::uint32_t systemErrorOf(int error);
+inline HRESULT statusOf(int error) {
+    return HRESULT_FROM_WIN32(systemErrorOf(error));
+}
 
 } // namespace qvr::file
