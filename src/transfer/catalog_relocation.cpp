@@ -21,6 +21,8 @@
 namespace qvr {
 namespace {
 
+const ErrorSource source{"QVRCatalog.Reference", IQVRCatalogReference::iid};
+
 // A pointer split at its last separator: the folder (with the separator) and the name.
 struct Split {
     std::string folder;
@@ -73,7 +75,7 @@ public:
         // copies were not flushed one by one; one flush of the file system puts them there.
         // Should that fail, both places stay whole, each with its own catalog file.
         if (const int error = file::flushFileSystem(folder_))
-            return reportError({"QVRCatalog.Reference", IQVRCatalogReference::iid},
+            return reportError(source,
                                String("The copies in " + folder_ +
                                       " could not be flushed to the disk: the old files are kept."),
                                file::statusOf(error));
@@ -113,6 +115,13 @@ private:
                 tableFolders_[key.str() + "T"] = folder_ + newPlace(pointer).folder;
             }
         }
+        // A table that does not open is not in the list: its file would stay behind while the
+        // pointer of the moved catalog looked for it in the new folder.
+        if (tablesReferenced() != static_cast<std::int32_t>(tableFolders_.size()))
+            return reportError(source,
+                               String("The table of a part cannot be opened, so the catalog "
+                                      "cannot be carried whole; nothing was copied."),
+                               E_FAIL);
         std::map<std::string, std::string> sourceOf; // destination -> source
         for (const auto& reference : references) {
             Planned file;
@@ -139,6 +148,17 @@ private:
             planned_.push_back(std::move(file));
         }
         return S_OK;
+    }
+
+    // How many parts of the catalog have a table reference.
+    std::int32_t tablesReferenced() {
+        Ref<IXMLDOMElement> root;
+        Ref<IXMLDOMNodeList> parts;
+        std::int32_t count = -1;
+        if (catalog_->get_domNode(&root) == S_OK &&
+            root->selectNodes("//Part[TableRef/URL/@xlink:href != '']", &parts) == S_OK)
+            parts->get_length(&count);
+        return count;
     }
 
     // A relative pointer keeps its place; any other comes into the base folder under its name.
