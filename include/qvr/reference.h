@@ -74,8 +74,9 @@ public:
 // only once everything has been copied, saved and flushed to the disk. A failure before that
 // removes the copies made so far and puts every pointer back, so that every file is at its old
 // place with its old pointer or at its new place with its new one, never neither; the failure's
-// status and report are those of the step that failed. Two pointers to one file are copied once and
-// both follow it.
+// status and report are those of the step that failed. A catalog with a part whose table does
+// not open is refused (E_FAIL) before anything is done. Two pointers to one file are copied once
+// and both follow it.
 QVR_API HRESULT RelocateCatalog(IQVRCatalog* catalog, const String& folder, const String& fileName,
                                 VARIANT_BOOL move);
 
