@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string_view>
+#include <vector>
 
 #include "formulas/active_script.h"
 #include "formulas/formula_tokens.h"
@@ -94,6 +95,29 @@ String FormulaEvaluator::errorText(const String& description, const String& form
         text += '\n';
     }
     return String(std::move(text));
+}
+
+FormulaRun::FormulaRun(FormulaColumns& columns, FormulaEvaluator::Host& host, const String& formula)
+    : columns_(columns), host_(host), formula_(formula) {
+    guarded([&] {
+        std::int32_t count = 0;
+        if (columns_.count(&count) != S_OK) return S_OK;
+        std::vector<String> names(static_cast<std::size_t>(count));
+        for (std::int32_t i = 0; i < count; ++i)
+            columns_.name(i, &names[static_cast<std::size_t>(i)]);
+        template_ = FormulaTemplate::build(formula_, names, GetUserLocale());
+        return S_OK;
+    });
+}
+
+HRESULT FormulaRun::evaluate(const String& rowId, Variant* result) {
+    if (template_) {
+        bool handled = false;
+        const HRESULT hr =
+            guarded([&] { return template_->evaluate(columns_, rowId, result, &handled); });
+        if (handled || FAILED(hr)) return hr;
+    }
+    return FormulaEvaluator::evaluate(columns_, host_, rowId, formula_, result);
 }
 
 } // namespace qvr

@@ -9,11 +9,14 @@
 // formula, the text as it was evaluated, the column, the table's description and the part.
 #pragma once
 
+#include <memory>
+
 #include <qvr/com.h>
 #include <qvr/string.h>
 #include <qvr/variant.h>
 
 #include "formulas/formula_columns.h"
+#include "formulas/formula_template.h"
 #include "platform/com/error_report.h"
 
 namespace qvr {
@@ -53,6 +56,22 @@ public:
     static String errorText(const String& description, const String& formula, const String& working,
                             const String& columnName, const String& tableText,
                             const String& partText);
+};
+
+// One formula evaluated row after row over one listing of columns that nothing changes meanwhile
+// (a freeze, where no one else runs). The columns are listed once, and the formula is compiled
+// once as a template; each row answers exactly what FormulaEvaluator::evaluate would.
+class FormulaRun {
+public:
+    FormulaRun(FormulaColumns& columns, FormulaEvaluator::Host& host, const String& formula);
+
+    HRESULT evaluate(const String& rowId, Variant* result);
+
+private:
+    FormulaColumns& columns_;
+    FormulaEvaluator::Host& host_;
+    const String& formula_;
+    std::unique_ptr<FormulaTemplate> template_;
 };
 
 } // namespace qvr
