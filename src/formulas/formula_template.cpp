@@ -9,7 +9,7 @@ namespace qvr {
 namespace {
 
 // A name made of the characters a decimal number's tokens are made of ("5", "e3", "1E").
-bool spelsLikeNumberToken(const String& name) {
+bool spellsLikeNumberToken(const String& name) {
     const std::string_view text = name.view();
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
         return (c >= '0' && c <= '9') || c == 'e' || c == 'E';
@@ -34,7 +34,7 @@ std::unique_ptr<FormulaTemplate> FormulaTemplate::build(const String& formula,
     for (const String& name : names) {
         // A quote in a name would let a pasted value move where strings begin and end.
         if (name.view().find('"') != std::string_view::npos) return nullptr;
-        shape->numbersCanName_ = shape->numbersCanName_ || spelsLikeNumberToken(name);
+        shape->numbersCanName_ = shape->numbersCanName_ || spellsLikeNumberToken(name);
         std::int32_t group = -1;
         if (!name.isEmpty()) {
             const auto same =
