@@ -107,6 +107,12 @@ bool AttributeAccess::isTracked(xmlAttrPtr attribute) {
 }
 
 xmlAttrPtr AttributeAccess::find(xmlNodePtr element, std::string_view name) {
+    if (name.find(':') == std::string_view::npos) {
+        // A name without prefix (the usual case) is a plain attribute's, compared in place.
+        for (xmlAttrPtr attr = element->properties; attr; attr = attr->next)
+            if (!attr->ns && equals(attr->name, name)) return attr;
+        return nullptr;
+    }
     const QualifiedName q = split(name);
     const xmlChar* uri = q.prefix.empty() ? nullptr : resolve(element, q.prefix);
     for (xmlAttrPtr attr = element->properties; attr; attr = attr->next) {
@@ -135,7 +141,7 @@ HRESULT AttributeAccess::get(xmlNodePtr element, const String& name, String* val
     }
     xmlAttrPtr attr = find(element, name.view());
     if (!attr) return S_FALSE;
-    *value = takeString(xmlNodeGetContent(reinterpret_cast<xmlNodePtr>(attr)));
+    *value = contentOf(reinterpret_cast<xmlNodePtr>(attr));
     return S_OK;
 }
 
