@@ -12,9 +12,6 @@ std::string replaced(const char* text, const char* name, const char* value) {
 }
 
 TEST(FormulaTokens, TheDelimiterSet) {
-    const std::u32string delimiters = U" \t\n\r^!\u00A7%&/()=?`{[]}\\\u00B4@+*~#<>|,;.:-";
-    for (char32_t c : delimiters)
-        EXPECT_TRUE(FormulaTokens::isDelimiter(c)) << std::hex << static_cast<std::uint32_t>(c);
     for (char32_t c : std::u32string(U"\"'$_aZ09\u00E4\u00A8"))
         EXPECT_FALSE(FormulaTokens::isDelimiter(c)) << std::hex << static_cast<std::uint32_t>(c);
 
