@@ -16,6 +16,8 @@
 
 namespace qvr {
 
+class IQVRCatalog;
+
 class QVR_API IQVRCatalogReference : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogReference)
@@ -55,5 +57,19 @@ public:
     // The object through which the pointer is read and written; S_FALSE when bound to nothing.
     virtual HRESULT get_object(Ref<IQVRCatalogObject>* object) = 0;
 };
+
+// Copies a catalog and every file it points at (deep: its tables and what they point at too)
+// into `folder` (a path or a "file" URL), and saves the catalog there as `fileName` with its
+// tables. Each file keeps its place relative to the catalog, or to its table; a file named by an
+// absolute path or a "file" URL comes into the folder (or its table's folder) and its pointer
+// becomes relative. Links and files of other schemes stay as they are.
+//
+// With `move` the old files and the old catalog file are removed, but only once everything has
+// been copied and saved. A failure before that removes the copies made so far and puts every
+// pointer back, so that every file is at its old place with its old pointer or at its new place
+// with its new one, never neither; the failure's status and report are those of the step that
+// failed. Two pointers to one file are copied once and both follow it.
+QVR_API HRESULT RelocateCatalog(IQVRCatalog* catalog, const String& folder, const String& fileName,
+                                VARIANT_BOOL move);
 
 } // namespace qvr
