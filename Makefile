@@ -1,7 +1,8 @@
 # The two commands of the project: `make demo` and `make test`. Both install the Debian packages
 # the build needs (when missing), configure, build, and run.
 
-PACKAGES := g++ cmake ninja-build pkg-config libxml2-dev libicu-dev libgtest-dev libbenchmark-dev python3
+PACKAGES := g++ cmake ninja-build pkg-config libxml2-dev libicu-dev libgtest-dev libbenchmark-dev python3 \
+            libcli11-dev nlohmann-json3-dev libcsv-dev
 JOBS ?= $(shell nproc)
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 

@@ -3,7 +3,6 @@
 #include <functional>
 #include <iostream>
 #include <map>
-#include <set>
 
 #include "commands.h"
 #include "model.h"
@@ -161,9 +160,10 @@ const char* pointerKind(std::uint32_t kind) {
 std::string describeOwner(IQVRCatalogObject* owner) {
     switch (typeOf(owner)) {
     case qvrCatalog: return "catalog";
-    case qvrPart: return describePart(query<IQVRCatalogPart>(owner));
+    case qvrPart: return "part \"" + nameOf(owner) + "\"";
     case qvrChapter: return "chapter \"" + nameOf(owner) + "\"";
     case qvrSupplier: return "supplier \"" + nameOf(owner) + "\"";
+    case qvrTable: return "the table";
     case qvrView:
     case qvrConstView: {
         String name;
@@ -179,6 +179,9 @@ std::vector<FilePointer> filePointers(IQVRCatalog* catalog, const std::string& w
     Ref<IQVRCatalogObjectList> list;
     need(catalog->getReferencedFiles(VARIANT_TRUE, &list), where);
     std::vector<FilePointer> pointers;
+    // The walk lists the pointers inside a table right ahead of the table's own: those learn
+    // the table's file when it comes.
+    std::vector<std::size_t> inTable;
     for (Ref<IQVRCatalogObject> item : *list) {
         FilePointer pointer;
         pointer.reference = query<IQVRCatalogReference>(item);
@@ -193,6 +196,12 @@ std::vector<FilePointer> filePointers(IQVRCatalog* catalog, const std::string& w
         pointer.absolute = absolute.str();
         pointer.path = localPath(pointer.absolute);
         pointer.owner = describeOwner(owner);
+        if (pointer.kind == qvrPart) {
+            for (const std::size_t i : inTable) pointers[i].owner += " in " + pointer.url;
+            inTable.clear();
+        } else if (typeOf(owner) >= qvrTable) {
+            inTable.push_back(pointers.size());
+        }
         pointers.push_back(std::move(pointer));
     }
     return pointers;
@@ -284,9 +293,9 @@ CheckReport checkCatalog(const std::string& path) {
     try {
         for (const FilePointer& pointer : filePointers(catalog, path)) {
             // A table that does not load is reported above; a web address is not followed.
-            if (!pointer.carriesFile() || pointer.kind == qvrPart) continue;
+            if (!pointer.carriesFile()) continue;
             ++report.files;
-            if (!pointer.path.empty() && !pointer.exists())
+            if (pointer.kind != qvrPart && !pointer.path.empty() && !pointer.exists())
                 report.problems.push_back({path + ": " + pointerKind(pointer.kind) + " \"" +
                                                pointer.url + "\" of " + pointer.owner,
                                            "no such file " + pointer.path});
@@ -324,68 +333,6 @@ int runCheck(const Options& options) {
     return report.problems.empty() ? 0 : 1;
 }
 
-namespace {
-
-// Where a pointer's file goes in the copy: the folder of its document's base (the catalog's
-// folder, or the folder of the table that holds the pointer) and a name relative to it.
-struct CopyPlan {
-    FilePointer pointer;
-    std::string base;        // file URL of the folder in the copy
-    std::string relativeDir; // as the pointer will name it, below `base`
-    std::string fileName;
-    fs::path destination;
-};
-
-// The folder below the catalog's folder in which a document's base lies ("" for the catalog's
-// own); false when it lies elsewhere.
-bool folderBelow(const std::string& baseUrl, const std::string& catalogBase, std::string* below) {
-    const std::string base = localPath(baseUrl), root = localPath(catalogBase);
-    if (base.empty() || root.empty() || base.compare(0, root.size(), root) != 0) return false;
-    *below = base.substr(root.size());
-    return true;
-}
-
-std::vector<CopyPlan> planCopy(const std::vector<FilePointer>& pointers,
-                               const std::string& catalogBase, const fs::path& destination) {
-    std::vector<CopyPlan> plans;
-    std::set<fs::path> taken;
-    for (const FilePointer& pointer : pointers) {
-        if (!pointer.carriesFile() || pointer.path.empty())
-            continue; // web files stay where they are
-        String base, directory, fileName;
-        pointer.reference->get_baseUrl(&base);
-        pointer.reference->get_directory(&directory);
-        pointer.reference->get_fileName(&fileName);
-        std::string below;
-        if (!folderBelow(base.str(), catalogBase, &below)) below = "";
-        CopyPlan plan{pointer,
-                      folderUrl((destination / below).string()),
-                      directory.str(),
-                      fileName.str(),
-                      {}};
-        // A pointer that leaves its folder ("../x.png"; an absolute path has no folder) brings its
-        // file into the copy's folder; a name already taken by another file gets a number.
-        if (plan.relativeDir.find("..") != std::string::npos) plan.relativeDir = "";
-        const fs::path wanted = fs::path(localPath(plan.base)) / plan.relativeDir;
-        plan.destination = (wanted / plan.fileName).lexically_normal();
-        const std::string stem = fs::path(plan.fileName).stem().string(),
-                          extension = fs::path(plan.fileName).extension().string();
-        bool sameFile = false;
-        for (const CopyPlan& earlier : plans)
-            sameFile |=
-                earlier.destination == plan.destination && earlier.pointer.path == pointer.path;
-        for (int n = 2; !sameFile && taken.count(plan.destination); ++n) {
-            plan.fileName = stem + "-" + std::to_string(n) + extension;
-            plan.destination = (wanted / plan.fileName).lexically_normal();
-        }
-        taken.insert(plan.destination);
-        plans.push_back(std::move(plan));
-    }
-    return plans;
-}
-
-} // namespace
-
 int runCopy(const Options& options) {
     const fs::path destination = fs::path(absolutePath(options.destination));
     std::error_code error;
@@ -393,41 +340,37 @@ int runCopy(const Options& options) {
         (!fs::is_directory(destination, error) || !fs::is_empty(destination, error)))
         throw Failure(options.destination, "exists and is not an empty folder");
     Ref<IQVRCatalog> catalog = openCatalog(options.target);
-    String catalogBase;
-    catalog->get_baseUrl(&catalogBase);
     const std::vector<FilePointer> pointers = filePointers(catalog, options.target);
     // Every file must be there before anything is written.
-    for (const FilePointer& pointer : pointers)
-        if (pointer.carriesFile() && !pointer.path.empty() && !pointer.exists())
+    std::size_t files = 0;
+    for (const FilePointer& pointer : pointers) {
+        if (!pointer.carriesFile() || pointer.path.empty()) continue;
+        if (!pointer.exists())
             throw Failure(options.target + ": " + pointerKind(pointer.kind) + " \"" + pointer.url +
                               "\" of " + pointer.owner,
                           "no such file " + pointer.path);
-    const std::vector<CopyPlan> plans = planCopy(pointers, catalogBase.str(), destination);
+        ++files;
+    }
     const bool made = !fs::exists(destination, error);
-    fs::create_directories(destination, error);
-    if (error) throw Failure(options.destination, error.message());
     try {
-        Progress progress("copying " + options.target, plans.size());
-        for (const CopyPlan& plan : plans) {
-            need(plan.pointer.reference->copyTo(plan.base, plan.relativeDir, plan.fileName,
-                                                VARIANT_FALSE, VARIANT_TRUE),
-                 options.target + ": " + pointerKind(plan.pointer.kind) + " \"" + plan.pointer.url +
-                     "\" of " + plan.pointer.owner);
-            progress.advance();
+        // The library carries the files and saves the catalog with its tables into the new
+        // folder; the source stays as it was.
+        const std::string saved = (destination / fs::path(options.target).filename()).string();
+        {
+            // Each file carried rewrites its pointer, which the catalog tells.
+            Progress progress("copying " + options.target, files);
+            ProgressListener listening(progress, catalog, nullptr);
+            need(RelocateCatalog(catalog, destination.string() + "/",
+                                 fs::path(options.target).filename().string(), VARIANT_FALSE),
+                 options.destination);
         }
-        // The catalog is written only into the copy: its base moves there, and the save writes
-        // every open table to the place its part now points at.
-        const fs::path saved = destination / fs::path(options.target).filename();
-        VARIANT_BOOL done = VARIANT_FALSE;
-        catalog->put_baseUrl(destination.string() + "/");
-        need(catalog->saveAs(Variant(saved.string()), &done), saved.string());
         catalog = nullptr;
-        const CheckReport report = checkCatalog(saved.string());
+        const CheckReport report = checkCatalog(saved);
         if (!report.problems.empty()) {
             printReport(report, false);
-            throw Failure(saved.string(), "the copy does not check");
+            throw Failure(saved, "the copy does not check");
         }
-        std::cout << "copied " << options.target << " with " << plans.size() << " files into "
+        std::cout << "copied " << options.target << " with " << files << " files into "
                   << options.destination << '\n';
     } catch (const Failure&) {
         // A copy that did not come out whole is not left behind as if it had.

@@ -89,20 +89,6 @@ std::string localPath(const std::string& urlOrPath) {
     return decoded;
 }
 
-std::string folderUrl(const std::string& folder) {
-    std::string url = "file://";
-    for (const char c : absolutePath(folder)) {
-        if (c == ' ' || c == '%' || c == '#' || c == '?') {
-            char escaped[4];
-            std::snprintf(escaped, sizeof escaped, "%%%02X", static_cast<unsigned char>(c));
-            url += escaped;
-        } else {
-            url += c;
-        }
-    }
-    return url.back() == '/' ? url : url + "/";
-}
-
 namespace {
 
 // A file the user named must be there before the library is asked to parse it, so that the
@@ -404,6 +390,52 @@ void Progress::draw() {
                  std::string(filled, '#').c_str(), std::string(width - filled, '.').c_str(),
                  percent, done_, total_);
     std::fflush(stderr);
+}
+
+namespace {
+
+class ProgressSink final : public IQVRCatalogEvents {
+public:
+    explicit ProgressSink(Progress& progress) : progress_(progress) {}
+    std::uint32_t AddRef() override { return ++refs_; }
+    std::uint32_t Release() override {
+        const std::uint32_t left = --refs_;
+        if (left == 0) delete this;
+        return left;
+    }
+    HRESULT onObjectInserted(IQVRCatalogObject* object, const Variant&) override {
+        if (typeOf(object) == qvrCell) progress_.advance();
+        return S_OK;
+    }
+    HRESULT onObjectChanged(IQVRCatalogObject*) override {
+        progress_.advance();
+        return S_OK;
+    }
+    HRESULT onObjectRemoved(IQVRCatalogObject*) override { return S_OK; }
+    HRESULT onObjectQuery(IQVRCatalogObject*, VARIANT_BOOL) override { return S_OK; }
+
+private:
+    Progress& progress_;
+    std::uint32_t refs_ = 0;
+};
+
+} // namespace
+
+ProgressListener::ProgressListener(Progress& progress, IQVRCatalog* catalog,
+                                   IQVRCatalogTable* table)
+    : catalog_(catalog), table_(catalog ? nullptr : table) {
+    Ref<IQVRCatalogEvents> sink(new ProgressSink(progress));
+    if (catalog_)
+        catalog_->advise(sink, &cookie_);
+    else if (table_)
+        table_->advise(sink, &cookie_);
+}
+
+ProgressListener::~ProgressListener() {
+    if (catalog_)
+        catalog_->unadvise(cookie_);
+    else if (table_)
+        table_->unadvise(cookie_);
 }
 
 } // namespace qvrcat

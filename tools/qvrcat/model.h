@@ -39,8 +39,6 @@ std::vector<Ref<IQVRCatalogObject>> childrenOf(IQVRCatalogObject* object);
 // for a URL of another scheme (a file on the web).
 std::string absolutePath(const std::string& path);
 std::string localPath(const std::string& urlOrPath);
-// The file URL of a folder, with a trailing slash.
-std::string folderUrl(const std::string& folder);
 
 Ref<IQVRCatalog> openCatalog(const std::string& path);
 // Every part of the catalog, in document order.
@@ -117,6 +115,21 @@ private:
     std::size_t total_, done_ = 0;
     int shownPercent_ = -1;
     bool shown_;
+};
+
+// Follows work that one call of the library does: while it lives, each cell inserted and each
+// object changed in the document of `catalog` (or, without one, of `table`) advances `progress`.
+class ProgressListener {
+public:
+    ProgressListener(Progress& progress, IQVRCatalog* catalog, IQVRCatalogTable* table);
+    ~ProgressListener();
+    ProgressListener(const ProgressListener&) = delete;
+    ProgressListener& operator=(const ProgressListener&) = delete;
+
+private:
+    Ref<IQVRCatalog> catalog_;
+    Ref<IQVRCatalogTable> table_;
+    std::uint32_t cookie_ = 0;
 };
 
 } // namespace qvrcat

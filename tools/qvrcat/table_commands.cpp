@@ -140,51 +140,6 @@ int runCalc(const Options& options) {
 
 namespace {
 
-// Counts the cells a freeze writes, for the progress bar: every new cell is told to the sinks of
-// the table's root.
-class CellCounter final : public IQVRCatalogEvents {
-public:
-    explicit CellCounter(Progress* progress) : progress_(progress) {}
-    std::uint32_t AddRef() override { return ++refs_; }
-    std::uint32_t Release() override {
-        const std::uint32_t left = --refs_;
-        if (left == 0) delete this;
-        return left;
-    }
-    HRESULT onObjectInserted(IQVRCatalogObject* object, const Variant&) override {
-        if (typeOf(object) == qvrCell) progress_->advance();
-        return S_OK;
-    }
-    HRESULT onObjectChanged(IQVRCatalogObject*) override { return S_OK; }
-    HRESULT onObjectRemoved(IQVRCatalogObject*) override { return S_OK; }
-    HRESULT onObjectQuery(IQVRCatalogObject*, VARIANT_BOOL) override { return S_OK; }
-
-private:
-    Progress* progress_;
-    std::uint32_t refs_ = 0;
-};
-
-// Listens at the root that hears the table's changes while it lives.
-class Listening {
-public:
-    Listening(const TableTarget& target, IQVRCatalogEvents* sink) : target_(target) {
-        if (target.catalog)
-            target.catalog->advise(sink, &cookie_);
-        else
-            target.table->advise(sink, &cookie_);
-    }
-    ~Listening() {
-        if (target_.catalog)
-            target_.catalog->unadvise(cookie_);
-        else
-            target_.table->unadvise(cookie_);
-    }
-
-private:
-    const TableTarget& target_;
-    std::uint32_t cookie_ = 0;
-};
-
 // Turns one calculated column into a plain column of its computed values, as the table does for
 // all of them: the new column takes the place and description of the formula's column.
 void freezeColumn(const TableTarget& target, const Column& column, Progress& progress) {
@@ -223,6 +178,9 @@ int runFreeze(const Options& options) {
     std::size_t formulas = 0;
     for (const Column& column : columns) formulas += column.kind == ColumnKind::Calculated;
     const std::size_t rows = rowsOf(target.table).size();
+    // A formula without rows has no values to become.
+    if (rows == 0 && (formulas > 0 || !options.column.empty()))
+        throw Failure(target.label, "the table has no rows to freeze");
     if (!options.column.empty()) {
         const Column& column = columnNamed(columns, options.column, target.label);
         if (column.kind != ColumnKind::Calculated)
@@ -231,10 +189,8 @@ int runFreeze(const Options& options) {
         freezeColumn(target, column, progress);
         formulas = 1;
     } else if (formulas > 0) {
-        if (rows == 0) throw Failure(target.label, "the table has no rows to freeze");
         Progress progress("freezing " + options.target, formulas * rows);
-        Ref<IQVRCatalogEvents> counter(new CellCounter(&progress));
-        Listening listening(target, counter);
+        ProgressListener listening(progress, target.catalog, target.table);
         VARIANT_BOOL ok = VARIANT_FALSE;
         need(target.table->freezeCalculatedColumns(&ok), target.label);
     }
