@@ -257,19 +257,10 @@ std::vector<Ref<IQVRTableInfoCell>> rowsOf(IQVRCatalogTable* table) {
     return rows;
 }
 
-Ref<IQVRTableInfoCell> rowKeyed(IQVRCatalogTable* table, const std::string& key) {
-    Ref<IQVRTableUniqueColumn> unique;
-    Ref<IQVRCatalogObjectList> rows;
-    Ref<IQVRCatalogObject> row;
-    if (table->get_uniqueColumn(&unique) != S_OK || unique->get_childNodes(&rows) != S_OK)
-        return nullptr;
-    // The list finds a key without regard to case; a row key is exact.
-    if (rows->get_item(Variant(key), &row) == S_OK && keyOf(row) == key)
-        return query<IQVRTableInfoCell>(row);
-    ClearErrorInfo();
-    for (Ref<IQVRTableInfoCell>& each : rowsOf(table))
-        if (keyOf(each) == key) return each;
-    return nullptr;
+std::map<std::string, Ref<IQVRTableInfoCell>> rowsByKey(IQVRCatalogTable* table) {
+    std::map<std::string, Ref<IQVRTableInfoCell>> rows;
+    for (Ref<IQVRTableInfoCell>& row : rowsOf(table)) rows.emplace(keyOf(row), std::move(row));
+    return rows;
 }
 
 namespace {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -85,8 +86,9 @@ std::string keyColumnName(IQVRCatalogTable* table);
 
 // The rows of a table as row objects, in order; a row's key is keyOf(row).
 std::vector<Ref<IQVRTableInfoCell>> rowsOf(IQVRCatalogTable* table);
-// The row whose key is exactly `key`, or null.
-Ref<IQVRTableInfoCell> rowKeyed(IQVRCatalogTable* table, const std::string& key);
+// The rows by their exact keys (a list of rows finds a key without regard to case, and walks
+// the whole list for each key).
+std::map<std::string, Ref<IQVRTableInfoCell>> rowsByKey(IQVRCatalogTable* table);
 
 // The value of `column` at `row`: the cell's value (Empty when the row has none), the constant,
 // or the computed value. Throws with the library's message and the place.

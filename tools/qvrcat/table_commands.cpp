@@ -119,11 +119,12 @@ int runCalc(const Options& options) {
     const TableTarget target = openTable(options.catalog, options.target);
     const std::vector<Column> columns = columnsOf(target.table);
     const Column& column = columnNamed(columns, options.column, target.label);
+    const auto rows = rowsByKey(target.table);
     std::vector<std::pair<std::string, Variant>> values;
     for (const std::string& key : options.rows) {
-        Ref<IQVRTableInfoCell> row = rowKeyed(target.table, key);
-        if (!row) throw Failure(target.label, "no row \"" + key + "\"");
-        values.emplace_back(key, valueAt(column, row, target.label));
+        const auto row = rows.find(key);
+        if (row == rows.end()) throw Failure(target.label, "no row \"" + key + "\"");
+        values.emplace_back(key, valueAt(column, row->second, target.label));
     }
     if (options.json) {
         Json list = Json::array();
@@ -471,8 +472,7 @@ int runImport(const Options& options) {
             throw Failure(place, "row \"" + row.key + "\" stands on line " +
                                      std::to_string(seen[row.key]) + " already");
     }
-    std::map<std::string, Ref<IQVRTableInfoCell>> existing;
-    for (Ref<IQVRTableInfoCell>& row : rowsOf(target.table)) existing.emplace(keyOf(row), row);
+    const auto existing = rowsByKey(target.table);
     Ref<IQVRTableUniqueColumn> unique;
     need(target.table->get_uniqueColumn(&unique), target.label);
     std::size_t created = 0;
