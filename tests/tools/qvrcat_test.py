@@ -216,14 +216,17 @@ def files(folder):
     folder.refused(["copy", "catalog.xml", "../copy"], "exists and is not an empty folder")
 
     (folder.path / "drawings" / "m8x20.dxf").unlink()
+    (folder.path / "socket-screw-m6.xml").unlink()
     table = folder.path / "hex-bolt-m10.xml"
     table.write_text(table.read_text().replace('expression="Round(', 'expression="1 / 0 + Round('))
-    expect(folder.run("files", "catalog.xml", status=1).stdout.count("missing") == 1, "missing")
+    missing = folder.run("files", "catalog.xml", status=1).stdout
+    expect(re.findall(r"^(\w+) .* missing ", missing, re.M) == ["drawing", "table"], missing)
     report = folder.json("check", "catalog.xml", status=1)
     places = sorted(p["place"] for p in report["problems"])
-    expect(len(places) == 3 and 'drawing "drawings/m8x20.dxf" of view "Front"' in places[0] and
-           places[1].endswith('(hex-bolt-m10.xml): column "Mass", row "M10x30"'),
-           f"check: {report}")
+    expect(len(places) == 4 and places[0].endswith(
+        'drawing "drawings/m8x20.dxf" of view "Front" in hex-bolt-m8.xml') and
+        places[1].endswith('(hex-bolt-m10.xml): column "Mass", row "M10x30"') and
+        places[3].endswith('part "Socket screw M6" (socket-screw-m6.xml)'), f"check: {report}")
     folder.refused(["copy", "catalog.xml", "../other"], "drawings/m8x20.dxf")
     expect(not (folder.path.parent / "other").exists(), "a refused copy left a folder")
 

@@ -3,6 +3,7 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <set>
 
 #include "commands.h"
 #include "model.h"
@@ -182,6 +183,7 @@ std::vector<FilePointer> filePointers(IQVRCatalog* catalog, const std::string& w
     // The walk lists the pointers inside a table right ahead of the table's own: those learn
     // the table's file when it comes.
     std::vector<std::size_t> inTable;
+    std::set<std::string> partsListed;
     for (Ref<IQVRCatalogObject> item : *list) {
         FilePointer pointer;
         pointer.reference = query<IQVRCatalogReference>(item);
@@ -199,9 +201,26 @@ std::vector<FilePointer> filePointers(IQVRCatalog* catalog, const std::string& w
         if (pointer.kind == qvrPart) {
             for (const std::size_t i : inTable) pointers[i].owner += " in " + pointer.url;
             inTable.clear();
+            partsListed.insert(keyOf(owner));
         } else if (typeOf(owner) >= qvrTable) {
             inTable.push_back(pointers.size());
         }
+        pointers.push_back(std::move(pointer));
+    }
+    // A table that does not open is not in the walk's list; its pointer is one all the same.
+    String base;
+    catalog->get_baseUrl(&base);
+    for (const Ref<IQVRCatalogPart>& part : partsOf(catalog)) {
+        const std::string reference = tableRefOf(part);
+        if (reference.empty() || partsListed.count(keyOf(part))) continue;
+        FilePointer pointer;
+        pointer.kind = qvrPart;
+        pointer.url = reference;
+        pointer.absolute = localPath(reference).empty() || fs::path(reference).is_absolute()
+                               ? reference
+                               : base.str() + reference;
+        pointer.path = localPath(pointer.absolute);
+        pointer.owner = describeOwner(part);
         pointers.push_back(std::move(pointer));
     }
     return pointers;
