@@ -6,14 +6,13 @@
 #include <string>
 #include <vector>
 
-#include <sys/stat.h>
-
 #include <qvr/catalog.h>
 #include <qvr/content.h>
 #include <qvr/dom.h>
 #include <qvr/error_info.h>
 #include <qvr/reference.h>
 
+#include "platform/com/error_report.h"
 #include "platform/com/failure.h"
 #include "platform/file/file_copy.h"
 #include "platform/url/url.h"
@@ -21,6 +20,8 @@
 
 namespace qvr {
 namespace {
+
+const ErrorSource source{"QVRCatalog.Reference", IQVRCatalogReference::iid};
 
 // A pointer split at its last separator: the folder (with the separator) and the name.
 struct Split {
@@ -35,25 +36,8 @@ Split split(std::string_view pointer) {
 
 // The local path that a "file" URL or an absolute path names; empty for anything else.
 std::string localPathOf(const String& text) {
-    String path;
-    if (url::isUrl(text.view())) {
-        if (url::pathFromUrl(text.view(), &path) != S_OK) return {};
-    } else if (!url::isRelative(text.view())) {
-        path = text;
-    }
-    return path.isNull() ? std::string() : path.str();
-}
-
-bool exists(const std::string& path) {
-    struct stat info {};
-    return ::stat(path.c_str(), &info) == 0;
-}
-
-bool sameFile(const std::string& a, const std::string& b) {
-    struct stat x {
-    }, y{};
-    return ::stat(a.c_str(), &x) == 0 && ::stat(b.c_str(), &y) == 0 && x.st_dev == y.st_dev &&
-           x.st_ino == y.st_ino;
+    std::string path;
+    return url::localPath(text.view(), &path) ? path : std::string();
 }
 
 // One file to carry, with what it takes to put it back.
@@ -81,19 +65,27 @@ public:
             if (FAILED(hr = carry(file))) return undo(hr);
         VARIANT_BOOL saved = VARIANT_FALSE;
         const std::string target = folder_ + fileName;
-        const bool catalogExisted = exists(target);
+        const bool catalogExisted = file::exists(target);
         if (FAILED(hr = catalog_->saveAs(Variant(target), &saved))) {
             if (!catalogExisted) file::removeFile(target);
             return undo(hr);
         }
         if (!move) return S_OK;
-        // Everything stands at its new place, on the disk: the old files can go.
+        // Everything stands at its new place: once it is on the disk the old files can go. The
+        // copies were not flushed one by one; one flush of the file system puts them there.
+        // Should that fail, both places stay whole, each with its own catalog file.
+        if (const int error = file::flushFileSystem(folder_))
+            return reportError(source,
+                               String("The copies in " + folder_ +
+                                      " could not be flushed to the disk: the old files are kept."),
+                               file::statusOf(error));
         std::set<std::string> removed;
         for (const Planned& file : planned_)
-            if (!file.source.empty() && !sameFile(file.source, file.destination) &&
+            if (!file.source.empty() && !file::sameFile(file.source, file.destination) &&
                 removed.insert(file.source).second)
                 file::removeFile(file.source);
-        if (!oldCatalog.empty() && !sameFile(oldCatalog, target)) file::removeFile(oldCatalog);
+        if (!oldCatalog.empty() && !file::sameFile(oldCatalog, target))
+            file::removeFile(oldCatalog);
         return S_OK;
     }
 
@@ -123,6 +115,13 @@ private:
                 tableFolders_[key.str() + "T"] = folder_ + newPlace(pointer).folder;
             }
         }
+        // A table that does not open is not in the list: its file would stay behind while the
+        // pointer of the moved catalog looked for it in the new folder.
+        if (tablesReferenced() != static_cast<std::int32_t>(tableFolders_.size()))
+            return reportError(source,
+                               String("The table of a part cannot be opened, so the catalog "
+                                      "cannot be carried whole; nothing was copied."),
+                               E_FAIL);
         std::map<std::string, std::string> sourceOf; // destination -> source
         for (const auto& reference : references) {
             Planned file;
@@ -141,13 +140,25 @@ private:
             for (int n = 2;; ++n) {
                 file.destination = file.newBase + file.place.folder + file.place.name;
                 auto [at, added] = sourceOf.emplace(file.destination, file.source);
-                if (added || sameFile(at->second, file.source) || at->second == file.source) break;
+                if (added || file::sameFile(at->second, file.source) || at->second == file.source)
+                    break;
                 file.place.name = std::to_string(n) + "-" + split(file.oldPointer.view()).name;
             }
-            file.existed = exists(file.destination);
+            file.existed = file::exists(file.destination);
             planned_.push_back(std::move(file));
         }
         return S_OK;
+    }
+
+    // How many parts of the catalog have a table reference.
+    std::int32_t tablesReferenced() {
+        Ref<IXMLDOMElement> root;
+        Ref<IXMLDOMNodeList> parts;
+        std::int32_t count = -1;
+        if (catalog_->get_domNode(&root) == S_OK &&
+            root->selectNodes("//Part[TableRef/URL/@xlink:href != '']", &parts) == S_OK)
+            parts->get_length(&count);
+        return count;
     }
 
     // A relative pointer keeps its place; any other comes into the base folder under its name.
@@ -174,9 +185,9 @@ private:
     HRESULT carry(Planned& file) {
         // A second pointer to a file already carried finds it there and keeps it. A table is
         // written by the save, which replaces whatever stands there; nothing is removed ahead.
-        const bool carried = !file.existed && exists(file.destination);
+        const bool carried = !file.existed && file::exists(file.destination);
         const HRESULT hr = file.reference->copyTo(
-            String(urlOf(file.newBase)), String(file.place.folder), String(file.place.name),
+            url::fileUrlOf(file.newBase), String(file.place.folder), String(file.place.name),
             carried || file.table ? VARIANT_FALSE : VARIANT_TRUE, VARIANT_FALSE);
         file.done = SUCCEEDED(hr);
         return hr;
@@ -188,7 +199,7 @@ private:
         const bool reported = GetErrorInfo(&failure);
         for (auto file = planned_.rbegin(); file != planned_.rend(); ++file) {
             if (!file->done) continue;
-            if (!file->existed && !sameFile(file->source, file->destination))
+            if (!file->existed && !file::sameFile(file->source, file->destination))
                 file::removeFile(file->destination);
             if (!file->table) {
                 file->reference->put_url(file->oldPointer);
@@ -208,7 +219,8 @@ private:
         return status;
     }
 
-    // The file the catalog was loaded from or last saved to; empty when it has none.
+    // The file the catalog was loaded from, while its folder is still the catalog's base (the
+    // folder the moved files were found in); empty otherwise.
     std::string catalogPath() {
         Ref<IXMLDOMElement> root;
         Ref<IXMLDOMDocument> document;
@@ -216,12 +228,11 @@ private:
         if (catalog_->get_domNode(&root) != S_OK || root->get_ownerDocument(&document) != S_OK ||
             document->get_url(&url) != S_OK)
             return {};
-        return localPathOf(url);
-    }
-
-    static String urlOf(const std::string& path) {
-        String url;
-        return url::urlFromPath(path, &url) == S_OK ? url : String(path);
+        const std::string path = localPathOf(url);
+        const std::string base = localPathOf(String(oldBase_));
+        if (path.empty() || base.empty() || path.compare(0, path.rfind('/') + 1, base) != 0)
+            return {};
+        return path;
     }
 
     IQVRCatalog* catalog_;

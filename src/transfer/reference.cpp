@@ -3,8 +3,6 @@
 #include <cstring>
 #include <string>
 
-#include <sys/stat.h>
-
 #include <qvr/catalog.h>
 #include <qvr/content.h>
 #include <qvr/media.h>
@@ -20,40 +18,6 @@ namespace {
 
 const ErrorSource referenceSource{"QVRCatalog.Reference", IQVRCatalogReference::iid};
 
-// The local path that `text` names: a "file" URL (its scheme compared without case), or an
-// absolute path as it stands. False for a URL of another scheme and for a relative path.
-bool localPath(std::string_view text, std::string* path) {
-    String converted;
-    if (url::isUrl(text)) {
-        if (url::pathFromUrl(text, &converted) != S_OK) return false;
-    } else if (url::isRelative(text)) {
-        return false;
-    } else {
-        converted = String(text);
-    }
-    *path = converted.str();
-    for (char& c : *path)
-        if (c == '\\') c = '/';
-    return true;
-}
-
-String urlOf(const std::string& path) {
-    String url;
-    return url::urlFromPath(path, &url) == S_OK ? url : String(path);
-}
-
-bool exists(const std::string& path) {
-    struct stat info {};
-    return ::stat(path.c_str(), &info) == 0;
-}
-
-bool sameFile(const std::string& a, const std::string& b) {
-    struct stat x {
-    }, y{};
-    return ::stat(a.c_str(), &x) == 0 && ::stat(b.c_str(), &y) == 0 && x.st_dev == y.st_dev &&
-           x.st_ino == y.st_ino;
-}
-
 // The message `number` with its inserts, and the system's reason for `error` behind it.
 String withReason(std::uint32_t number, std::initializer_list<std::string_view> inserts,
                   int error) {
@@ -61,20 +25,77 @@ String withReason(std::uint32_t number, std::initializer_list<std::string_view> 
                   ".");
 }
 
-HRESULT statusOf(int error) {
-    return HRESULT_FROM_WIN32(file::systemErrorOf(error));
-}
-
-// Calls `f` with the target as interface I; E_UNEXPECTED when it does not offer I.
+// Calls `f` with `object` as interface I; E_UNEXPECTED when it does not offer I.
 template <class I, class F>
-HRESULT through(IQVRCatalogObject* target, F&& f) {
-    Ref<I> typed = query<I>(target);
+HRESULT through(IQVRCatalogObject* object, F&& f) {
+    Ref<I> typed = query<I>(object);
     return typed ? f(typed.get()) : E_UNEXPECTED;
 }
 
 bool isSeparator(char c) {
     return c == '/' || c == '\\';
 }
+
+} // namespace
+
+// How a holder's pointer is reached: the interface of the object that carries it (the target),
+// and the operations that read and write it there. A null writer: the pointer is not written
+// directly (a part's table moves by setTableLocation).
+struct PointerAccess {
+    bool (*offeredBy)(IQVRCatalogObject* target);
+    HRESULT (*read)(IQVRCatalogObject* target, String* url);
+    HRESULT (*write)(IQVRCatalogObject* target, const String& url);
+};
+
+template <class I, auto get, auto put>
+constexpr PointerAccess accessThrough() {
+    return {[](IQVRCatalogObject* target) { return bool(query<I>(target)); },
+            [](IQVRCatalogObject* target, String* url) {
+                Ref<I> typed = query<I>(target);
+                return typed ? (typed.get()->*get)(url) : E_UNEXPECTED;
+            },
+            [](IQVRCatalogObject* target, const String& url) {
+                if constexpr (put == nullptr) {
+                    return E_NOTIMPL;
+                } else {
+                    Ref<I> typed = query<I>(target);
+                    return typed ? (typed.get()->*put)(url) : E_UNEXPECTED;
+                }
+            }};
+}
+
+constexpr PointerAccess tableRef =
+    accessThrough<IQVRCatalogPart, &IQVRCatalogPart::get_tableRef, nullptr>();
+constexpr PointerAccess href =
+    accessThrough<IQVRCatalogURL, &IQVRCatalogURL::get_href, &IQVRCatalogURL::put_href>();
+
+// The holders of file pointers, by the object type of the pointer's holder (the parent of the
+// object found): the `referenceKind` of a reference.
+struct HolderRow {
+    QVRObjectType holder;
+    PointerAccess access;
+    bool carriesFile; // false: a link target, whose file operations do nothing
+};
+
+namespace {
+
+constexpr HolderRow holderTable[] = {
+    {qvrPart, tableRef, true},
+    {qvrImage, href, true},
+    {qvrDocument, href, true},
+    {qvrReferencedFiles, href, true},
+    {qvrLink, href, false},
+    {qvrOrderTarget, href, false},
+    {qvrRefColumn,
+     accessThrough<IQVRTableRefCell, &IQVRTableRefCell::get_value, &IQVRTableRefCell::put_value>(),
+     true},
+    {qvrView,
+     accessThrough<IQVRTableDrawing, &IQVRTableDrawing::get_value, &IQVRTableDrawing::put_value>(),
+     true},
+    {qvrConstView,
+     accessThrough<IQVRTableRecipe, &IQVRTableRecipe::get_path, &IQVRTableRecipe::put_path>(),
+     true},
+};
 
 } // namespace
 
@@ -118,16 +139,8 @@ HRESULT CQVRCatalogReference::bind(IQVRCatalogObject* owner, IQVRCatalogObject* 
             return QVR_E_NOFILEREF;
         }
         // The part holds its table's pointer itself; every other holder through its child.
-        IQVRCatalogObject* target = held->access == PointerAccess::TableRef ? holder.get() : object;
-        bool offers = false;
-        switch (held->access) {
-        case PointerAccess::TableRef: offers = bool(query<IQVRCatalogPart>(target)); break;
-        case PointerAccess::Href: offers = bool(query<IQVRCatalogURL>(target)); break;
-        case PointerAccess::RefCell: offers = bool(query<IQVRTableRefCell>(target)); break;
-        case PointerAccess::Drawing: offers = bool(query<IQVRTableDrawing>(target)); break;
-        case PointerAccess::RecipePath: offers = bool(query<IQVRTableRecipe>(target)); break;
-        }
-        if (!offers) {
+        IQVRCatalogObject* target = held->holder == qvrPart ? holder.get() : object;
+        if (!held->access.offeredBy(target)) {
             kind_ = unbound;
             return E_NOINTERFACE;
         }
@@ -140,39 +153,12 @@ HRESULT CQVRCatalogReference::bind(IQVRCatalogObject* owner, IQVRCatalogObject* 
 
 HRESULT CQVRCatalogReference::readPointer(String* url) {
     const HolderRow* held = row();
-    if (!held || !target_) return S_FALSE;
-    IQVRCatalogObject* t = target_.get();
-    switch (held->access) {
-    case PointerAccess::TableRef:
-        return through<IQVRCatalogPart>(t, [&](auto* p) { return p->get_tableRef(url); });
-    case PointerAccess::Href:
-        return through<IQVRCatalogURL>(t, [&](auto* p) { return p->get_href(url); });
-    case PointerAccess::RefCell:
-        return through<IQVRTableRefCell>(t, [&](auto* p) { return p->get_value(url); });
-    case PointerAccess::Drawing:
-        return through<IQVRTableDrawing>(t, [&](auto* p) { return p->get_value(url); });
-    case PointerAccess::RecipePath:
-        return through<IQVRTableRecipe>(t, [&](auto* p) { return p->get_path(url); });
-    }
-    return E_UNEXPECTED;
+    return held && target_ ? held->access.read(target_.get(), url) : S_FALSE;
 }
 
 HRESULT CQVRCatalogReference::writePointer(const String& url) {
     const HolderRow* held = row();
-    if (!held || !target_) return S_FALSE;
-    IQVRCatalogObject* t = target_.get();
-    switch (held->access) {
-    case PointerAccess::TableRef: return E_NOTIMPL; // a table moves by setTableLocation
-    case PointerAccess::Href:
-        return through<IQVRCatalogURL>(t, [&](auto* p) { return p->put_href(url); });
-    case PointerAccess::RefCell:
-        return through<IQVRTableRefCell>(t, [&](auto* p) { return p->put_value(url); });
-    case PointerAccess::Drawing:
-        return through<IQVRTableDrawing>(t, [&](auto* p) { return p->put_value(url); });
-    case PointerAccess::RecipePath:
-        return through<IQVRTableRecipe>(t, [&](auto* p) { return p->put_path(url); });
-    }
-    return E_UNEXPECTED;
+    return held && target_ ? held->access.write(target_.get(), url) : S_FALSE;
 }
 
 HRESULT CQVRCatalogReference::fail(String text, HRESULT status) {
@@ -301,74 +287,64 @@ HRESULT CQVRCatalogReference::get_baseUrl(String* baseUrl) {
         return E_UNEXPECTED;
     });
 }
-HRESULT CQVRCatalogReference::get_absoluteUrl(String* absolute) {
-    if (!absolute) return E_POINTER;
+// A text made from the pointer: `out` cleared, the pointer read (a failure or S_FALSE is the
+// answer), then `make(pointer, out)`.
+template <class F>
+HRESULT CQVRCatalogReference::fromPointer(String* out, F&& make) {
+    if (!out) return E_POINTER;
     return guarded([&] {
-        *absolute = String();
+        *out = String();
         String pointer;
-        HRESULT hr = get_url(&pointer);
-        if (hr != S_OK) return hr;
-        if (url::isUrl(pointer.view()) || !url::isRelative(pointer.view())) {
-            *absolute = std::move(pointer);
+        const HRESULT hr = readPointer(&pointer);
+        return hr == S_OK ? make(pointer.view(), out) : hr;
+    });
+}
+
+HRESULT CQVRCatalogReference::get_absoluteUrl(String* absolute) {
+    return fromPointer(absolute, [&](std::string_view text, String* out) {
+        if (url::isUrl(text) || !url::isRelative(text)) {
+            *out = String(text);
             return S_OK;
         }
         String base;
-        hr = get_baseUrl(&base);
+        const HRESULT hr = get_baseUrl(&base);
         if (FAILED(hr)) return hr;
-        *absolute = String(base.str() + pointer.str());
+        *out = String(base.str() + std::string(text));
         return S_OK;
     });
 }
 HRESULT CQVRCatalogReference::get_fileName(String* fileName) {
-    if (!fileName) return E_POINTER;
-    return guarded([&] {
-        *fileName = String();
-        String pointer;
-        HRESULT hr = get_url(&pointer);
-        if (hr != S_OK) return hr;
-        const std::string_view text = pointer.view();
+    return fromPointer(fileName, [](std::string_view text, String* out) {
         String scheme;
         if (url::isUrl(text) &&
             (url::scheme(text, &scheme) != S_OK || !scheme.equalsIgnoreCase("file"))) {
-            *fileName = String("");
+            *out = String("");
             return S_OK;
         }
         const std::size_t cut = text.find_last_of("/\\");
-        *fileName = String(cut == std::string_view::npos ? text : text.substr(cut + 1));
+        *out = String(cut == std::string_view::npos ? text : text.substr(cut + 1));
         return S_OK;
     });
 }
 HRESULT CQVRCatalogReference::get_extension(String* extension) {
-    if (!extension) return E_POINTER;
-    return guarded([&] {
-        *extension = String();
-        String pointer;
-        HRESULT hr = get_url(&pointer);
-        if (hr != S_OK) return hr;
-        const std::size_t dot = pointer.view().rfind('.');
+    return fromPointer(extension, [](std::string_view text, String* out) {
+        const std::size_t dot = text.rfind('.');
         if (dot == std::string_view::npos) return S_FALSE;
-        *extension = String(pointer.view().substr(dot));
+        *out = String(text.substr(dot));
         return S_OK;
     });
 }
 HRESULT CQVRCatalogReference::get_directory(String* directory) {
-    if (!directory) return E_POINTER;
-    return guarded([&] {
-        *directory = String();
-        String pointer;
-        HRESULT hr = get_url(&pointer);
-        if (hr != S_OK) return hr;
-        const std::string_view text = pointer.view();
+    return fromPointer(directory, [](std::string_view text, String* out) {
         if (url::isUrl(text) || !url::isRelative(text) || text.empty()) {
-            *directory = String("");
+            *out = String("");
             return S_OK;
         }
         // The separator is looked for from the second character on; a path without one gives
         // its first character.
-        std::size_t cut = text.size();
-        while (--cut >= 1 && !isSeparator(text[cut])) {
-        }
-        *directory = String(text.substr(0, cut == 0 ? 1 : cut + 1));
+        std::size_t cut = text.size() - 1;
+        while (cut >= 1 && !isSeparator(text[cut])) --cut;
+        *out = String(text.substr(0, cut == 0 ? 1 : cut + 1));
         return S_OK;
     });
 }
@@ -378,7 +354,7 @@ HRESULT CQVRCatalogReference::moveTo(const String& baseUrl, const String& relati
     return guarded([&] {
         if (baseUrl.isNull() || relativeDir.isNull() || fileName.isNull()) return E_INVALIDARG;
         return relocate({baseUrl, relativeDir, fileName, true, overwrite == VARIANT_TRUE,
-                         row() && row()->access == PointerAccess::TableRef});
+                         row() && row()->holder == qvrPart});
     });
 }
 HRESULT CQVRCatalogReference::copyTo(const String& baseUrl, const String& relativeDir,
@@ -386,9 +362,8 @@ HRESULT CQVRCatalogReference::copyTo(const String& baseUrl, const String& relati
                                      VARIANT_BOOL copyFile) {
     return guarded([&] {
         if (baseUrl.isNull() || relativeDir.isNull() || fileName.isNull()) return E_INVALIDARG;
-        return relocate(
-            {baseUrl, relativeDir, fileName, false, overwrite == VARIANT_TRUE,
-             row() && row()->access == PointerAccess::TableRef && copyFile != VARIANT_TRUE});
+        return relocate({baseUrl, relativeDir, fileName, false, overwrite == VARIANT_TRUE,
+                         row() && row()->holder == qvrPart && copyFile != VARIANT_TRUE});
     });
 }
 
@@ -402,10 +377,10 @@ HRESULT CQVRCatalogReference::relocate(const Move& given) {
     if (FAILED(hr)) return hr;
     const HRESULT transferred = hr;
     const String newRelative(move.relativeDir.str() + move.fileName.str());
-    if (held->access == PointerAccess::TableRef) {
+    if (held->holder == qvrPart) {
         // An existing file at the destination makes way for the next save, unless it is the
         // table's own file or the copy just made.
-        if (move.overwrite && move.skipCopy && !sameFile(move.source, move.destination))
+        if (move.overwrite && move.skipCopy && !file::sameFile(move.source, move.destination))
             file::removeFile(move.destination);
         hr = through<IQVRCatalogPart>(target_.get(), [&](auto* part) {
             return part->setTableLocation(move.baseUrl, move.relativeDir, move.fileName);
@@ -418,29 +393,31 @@ HRESULT CQVRCatalogReference::relocate(const Move& given) {
         return hr;
     }
     if (move.copied && move.move) file::removeFile(move.source);
-    cachedKey_ = urlOf(move.destination);
+    cachedKey_ = url::fileUrlOf(move.destination);
     return transferred;
 }
 
 HRESULT CQVRCatalogReference::transferFile(Move& move) {
     std::string base;
-    if (!localPath(move.baseUrl.view(), &base))
+    if (!url::localPath(move.baseUrl.view(), &base))
         return fail(String(messageText(msgUploadNotSupported)), E_NOTIMPL);
-    if (!localPath(cachedKey_.view(), &move.source))
+    if (!url::localPath(cachedKey_.view(), &move.source))
         return fail(String(messageText(msgDownloadNotSupported)), E_NOTIMPL);
     std::string relative = move.relativeDir.str() + move.fileName.str();
     for (char& c : relative)
         if (c == '\\') c = '/';
     move.destination = base + (base.empty() || base.back() == '/' ? "" : "/") + relative;
     const std::string folder = move.destination.substr(0, move.destination.rfind('/') + 1);
-    const String folderUrl = urlOf(folder);
-    if (!exists(folder)) {
+    const String folderUrl = url::fileUrlOf(folder);
+    if (!file::exists(folder)) {
         if (const int error = file::makeDirectories(folder))
             return fail(withReason(msgCreateDirectoryFailed, {folderUrl.view()}, error),
-                        statusOf(error));
+                        file::statusOf(error));
     }
     if (move.skipCopy) return S_OK;
-    const file::CopyResult result = file::copyFile(move.source, move.destination, move.overwrite);
+    // A copy is on the disk before its source may go; one that leaves its source need not wait.
+    const file::CopyResult result =
+        file::copyFile(move.source, move.destination, move.overwrite, move.move);
     switch (result.outcome) {
     case file::CopyOutcome::Copied: move.copied = true; return S_OK;
     case file::CopyOutcome::KeptExisting: return S_OK; // the file there stays, unreported
@@ -456,7 +433,7 @@ HRESULT CQVRCatalogReference::transferFile(Move& move) {
     return fail(withReason(msgCopyFileFailed,
                            {move.fileName.view(), cachedKey_.view(), folderUrl.view()},
                            result.error),
-                statusOf(result.error));
+                file::statusOf(result.error));
 }
 
 HRESULT CQVRCatalogReference::put_url(const String& url) {

@@ -13,34 +13,7 @@
 
 namespace qvr {
 
-// How a holder's pointer is read and written, by the interface of the object that carries it.
-enum class PointerAccess : std::uint8_t {
-    TableRef,   // the part's table reference (get_tableRef; written by setTableLocation)
-    Href,       // a URL's xlink:href
-    RefCell,    // a RowRef cell's value
-    Drawing,    // a Drawing's value
-    RecipePath, // a Recipe's path
-};
-
-// The holders of file pointers, by the object type of the pointer's holder (the parent of the
-// object found), the `referenceKind` of a reference.
-struct HolderRow {
-    QVRObjectType holder;
-    PointerAccess access;
-    bool carriesFile; // false: a link target, whose file operations do nothing
-};
-
-inline constexpr HolderRow holderTable[] = {
-    {qvrPart, PointerAccess::TableRef, true},
-    {qvrImage, PointerAccess::Href, true},
-    {qvrDocument, PointerAccess::Href, true},
-    {qvrReferencedFiles, PointerAccess::Href, true},
-    {qvrLink, PointerAccess::Href, false},
-    {qvrOrderTarget, PointerAccess::Href, false},
-    {qvrRefColumn, PointerAccess::RefCell, true},
-    {qvrView, PointerAccess::Drawing, true},
-    {qvrConstView, PointerAccess::RecipePath, true},
-};
+struct HolderRow;
 
 class CQVRCatalogReference final : public ObjectBase<IQVRCatalogReference, ISupportErrorInfo> {
 public:
@@ -94,6 +67,8 @@ private:
 
     const HolderRow* row() const;
     HRESULT readPointer(String* url);
+    template <class F>
+    HRESULT fromPointer(String* out, F&& make);
     HRESULT writePointer(const String& url);
     HRESULT relocate(const Move& move);
     HRESULT transferFile(Move& move);

@@ -224,6 +224,18 @@ TEST_F(ReferencedFiles, CatalogMovesWholeOrNotAtAll) {
     const std::string before = listed(referencesOf(loaded, VARIANT_TRUE));
     const String moved(path("moved"));
 
+    // A part whose table does not open would leave its file behind: nothing is done.
+    Ref<IQVRCatalogPart> broken = newPart(loaded, "M10");
+    std::ofstream(path("tables/m10.xml")) << "not a table";
+    ASSERT_EQ(broken->put_tableRef("tables/m10.xml"), S_OK);
+    Ref<IQVRCatalogObject> bolts;
+    ASSERT_EQ(loaded->findById(keyOf(chapter), &bolts), S_OK);
+    ASSERT_EQ(bolts->appendChild(broken, nullptr), S_OK);
+    EXPECT_EQ(RelocateCatalog(loaded, moved, "catalog.xml", VARIANT_TRUE), E_FAIL);
+    EXPECT_NE(lastError().find("cannot be carried whole"), std::string::npos);
+    EXPECT_FALSE(holds("moved"));
+    ASSERT_EQ(bolts->removeChild(broken, nullptr), S_OK);
+
     // The copy of the reference cell's file fails after the others were made: every copy goes,
     // every pointer comes back, every old file stays, and the failure is the copy's.
     RefusingCalls calls;

@@ -39,7 +39,8 @@ int pour(FileCalls& calls, int from, ReplacingWrite& to, off_t* copied) {
 
 } // namespace
 
-CopyResult copyFile(const std::string& source, const std::string& destination, bool overwrite) {
+CopyResult copyFile(const std::string& source, const std::string& destination, bool overwrite,
+                    bool durable) {
     FileCalls& calls = FileCalls::current();
     struct stat from {
     }, to{};
@@ -64,7 +65,7 @@ CopyResult copyFile(const std::string& source, const std::string& destination, b
     if (!error &&
         (::fstat(in.fd, &after) != 0 || after.st_size != from.st_size || copied != from.st_size))
         error = EIO;
-    if (!error) error = out.commit();
+    if (!error) error = out.commit(durable);
     if (error) return {CopyOutcome::Failed, error};
     return {CopyOutcome::Copied};
 }
@@ -83,6 +84,25 @@ int makeDirectories(const std::string& path) {
         }
         if (end == std::string::npos) return 0;
     }
+}
+
+int flushFileSystem(const std::string& path) {
+    FileCalls& calls = FileCalls::current();
+    OpenFile folder{calls, calls.open(path.c_str(), O_RDONLY | O_CLOEXEC, 0)};
+    if (folder.fd < 0) return errno;
+    return ::syncfs(folder.fd) == 0 ? 0 : errno;
+}
+
+bool exists(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0;
+}
+
+bool sameFile(const std::string& a, const std::string& b) {
+    struct stat x {
+    }, y{};
+    return ::stat(a.c_str(), &x) == 0 && ::stat(b.c_str(), &y) == 0 && x.st_dev == y.st_dev &&
+           x.st_ino == y.st_ino;
 }
 
 int removeFile(const std::string& path) {

@@ -102,11 +102,12 @@ int ReplacingWrite::setMode(mode_t mode) {
     return ::fchmod(fd_, mode & 07777) == 0 ? 0 : fail(errno);
 }
 
-int ReplacingWrite::commit() {
-    if (calls_.fsync(fd_) != 0) return fail(errno);
+int ReplacingWrite::commit(bool durable) {
+    if (durable && calls_.fsync(fd_) != 0) return fail(errno);
     if (calls_.close(std::exchange(fd_, -1)) != 0) return fail(errno);
     if (calls_.rename(temporary_.c_str(), target_.c_str()) != 0) return fail(errno);
     temporary_.clear();
+    if (!durable) return 0;
     const int fd = calls_.open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (fd < 0) return fail(errno);
     const bool flushed = calls_.fsync(fd) == 0 || errno == EINVAL; // EINVAL: not supported

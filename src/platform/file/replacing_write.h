@@ -31,8 +31,10 @@ public:
     // Gives the new file the permission bits `mode` instead.
     int setMode(mode_t mode);
     // Flushes and closes the temporary file, renames it over the target, and flushes the folder
-    // so that the rename itself is on the disk before the write answers.
-    int commit();
+    // so that the rename itself is on the disk before the write answers. Without `durable`
+    // nothing is flushed: the file is whole for every reader at once, and on the disk when the
+    // system gets to it (or at flushFileSystem).
+    int commit(bool durable = true);
 
     // What the last failure adds to its errno ("the file is read-only"), or null.
     const char* detail() const { return detail_; }
