@@ -16,8 +16,8 @@ namespace qvrcat {
 
 namespace {
 
-// The columns a table shows: every kind, each with a second header line telling its unit and,
-// for the columns that hold no cells, how the value comes about.
+// What the second header line of a shown table says of a column: its unit, and for the columns
+// whose values are not their own cells' values, how the value comes about.
 std::string columnNote(const Column& column) {
     if (column.kind == ColumnKind::Calculated) return "calc " + column.unit;
     if (column.kind == ColumnKind::Const) return "const " + column.unit;
