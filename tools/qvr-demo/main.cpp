@@ -21,7 +21,10 @@
 #include <qvr/qvr.h>
 #include <qvr/table.h>
 
+#include "object_names.h"
+
 using namespace qvr;
+using namespace qvr::tools;
 
 namespace {
 
@@ -85,23 +88,6 @@ std::string text(const Variant& value) {
     Variant shown;
     if (value.isEmpty() || changeType(&shown, value, LCID_EN_US, 0, VT_BSTR) != S_OK) return "";
     return shown.str().str();
-}
-
-std::string nameOf(IQVRCatalogObject* object) {
-    Variant name;
-    return object && object->getValue("@name", &name) == S_OK ? text(name) : "";
-}
-
-std::string keyOf(IQVRCatalogObject* object) {
-    String key;
-    if (object) object->get_key(&key);
-    return key.str();
-}
-
-QVRObjectType typeOf(IQVRCatalogObject* object) {
-    QVRObjectType type = qvrCatalog;
-    if (object) object->get_objectType(&type);
-    return type;
 }
 
 // A listener at the catalog: it writes down each change, with what changed.

@@ -38,24 +38,6 @@ void need(HRESULT hr, const std::string& where) {
     if (hr != S_OK) throw Failure(where, libraryMessage(hr));
 }
 
-std::string nameOf(IQVRCatalogObject* object) {
-    Variant name;
-    if (!object || object->getValue("@name", &name) != S_OK) return "";
-    return text(name);
-}
-
-std::string keyOf(IQVRCatalogObject* object) {
-    String key;
-    if (object) object->get_key(&key);
-    return key.str();
-}
-
-QVRObjectType typeOf(IQVRCatalogObject* object) {
-    QVRObjectType type = qvrCatalog;
-    if (object) object->get_objectType(&type);
-    return type;
-}
-
 std::vector<Ref<IQVRCatalogObject>> childrenOf(IQVRCatalogObject* object) {
     std::vector<Ref<IQVRCatalogObject>> children;
     Ref<IQVRCatalogObjectList> list;

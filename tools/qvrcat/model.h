@@ -14,6 +14,8 @@
 #include <nlohmann/json.hpp>
 #include <qvr/qvr.h>
 
+#include "object_names.h"
+
 namespace qvrcat {
 
 using namespace qvr;
@@ -30,9 +32,9 @@ std::string libraryMessage(HRESULT hr);
 // Throws "<where>: <library message>" unless `hr` is S_OK.
 void need(HRESULT hr, const std::string& where);
 
-std::string nameOf(IQVRCatalogObject* object);
-std::string keyOf(IQVRCatalogObject* object);
-QVRObjectType typeOf(IQVRCatalogObject* object);
+using tools::keyOf;
+using tools::nameOf;
+using tools::typeOf;
 // The children of an object; none for the kinds that take no children.
 std::vector<Ref<IQVRCatalogObject>> childrenOf(IQVRCatalogObject* object);
 
