@@ -21,6 +21,7 @@
 #include <qvr/qvr.h>
 #include <qvr/table.h>
 
+#include "counted.h"
 #include "object_names.h"
 
 using namespace qvr;
@@ -91,16 +92,10 @@ std::string text(const Variant& value) {
 }
 
 // A listener at the catalog: it writes down each change, with what changed.
-class Listener final : public IQVRCatalogEvents {
+class Listener final : public Counted<IQVRCatalogEvents> {
 public:
     std::vector<std::string> heard;
 
-    std::uint32_t AddRef() override { return ++refs_; }
-    std::uint32_t Release() override {
-        const std::uint32_t left = --refs_;
-        if (left == 0) delete this;
-        return left;
-    }
     HRESULT onObjectInserted(IQVRCatalogObject* object, const Variant&) override {
         return note("inserted", object);
     }
@@ -123,7 +118,6 @@ private:
         heard.push_back(std::string(what) + " " + subject);
         return S_OK;
     }
-    std::uint32_t refs_ = 0;
 };
 
 // --- 1. Building ---------------------------------------------------------------------------

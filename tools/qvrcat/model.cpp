@@ -6,6 +6,8 @@
 #include <iostream>
 #include <unistd.h>
 
+#include "counted.h"
+
 namespace fs = std::filesystem;
 
 namespace qvrcat {
@@ -367,15 +369,9 @@ void Progress::draw() {
 
 namespace {
 
-class ProgressSink final : public IQVRCatalogEvents {
+class ProgressSink final : public tools::Counted<IQVRCatalogEvents> {
 public:
     explicit ProgressSink(Progress& progress) : progress_(progress) {}
-    std::uint32_t AddRef() override { return ++refs_; }
-    std::uint32_t Release() override {
-        const std::uint32_t left = --refs_;
-        if (left == 0) delete this;
-        return left;
-    }
     HRESULT onObjectInserted(IQVRCatalogObject* object, const Variant&) override {
         if (typeOf(object) == qvrCell) progress_.advance();
         return S_OK;
@@ -389,7 +385,6 @@ public:
 
 private:
     Progress& progress_;
-    std::uint32_t refs_ = 0;
 };
 
 } // namespace
