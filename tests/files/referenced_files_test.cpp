@@ -103,24 +103,11 @@ TEST_F(ReferencedFiles, ListsEveryPointerInWalkOrderDeepOrShallow) {
 }
 
 TEST_F(ReferencedFiles, CopiedCatalogLoadsFromItsNewFolderWithEqualValues) {
+    // Each table's pointers are relative to the table's folder, which moves along with it.
     const std::string target = path("copy") + "/";
     Ref<IQVRCatalog> loaded = loadCatalog(path("catalog.xml"));
-    for (const auto& reference : referencesOf(loaded, VARIANT_TRUE)) {
-        String base, folder, name;
-        Ref<IQVRCatalogObject> owner, root;
-        reference->get_owner(&owner);
-        owner->get_catalog(&root);
-        // A table's pointers are relative to the table's folder, which moves along with it.
-        QVRObjectType rootType = qvrCatalog;
-        root->get_objectType(&rootType);
-        base = fileUrl(rootType == qvrTable ? target + "tables/" : target);
-        reference->get_directory(&folder);
-        reference->get_fileName(&name);
-        const HRESULT hr = reference->copyTo(base, folder, name, VARIANT_FALSE, VARIANT_TRUE);
-        EXPECT_TRUE(hr == S_OK || hr == S_FALSE) << pointerOf(reference) << " " << lastError();
-    }
-    VARIANT_BOOL ok = VARIANT_FALSE;
-    ASSERT_EQ(loaded->saveAs(Variant(target + "catalog.xml"), &ok), S_OK) << lastError();
+    ASSERT_EQ(RelocateCatalog(loaded, String(target), "catalog.xml", VARIANT_FALSE), S_OK)
+        << lastError();
 
     Ref<IQVRCatalog> copy = loadCatalog(target + "catalog.xml");
     Ref<IQVRCatalogObject> copiedPart, originalPart;
@@ -132,7 +119,7 @@ TEST_F(ReferencedFiles, CopiedCatalogLoadsFromItsNewFolderWithEqualValues) {
     ASSERT_EQ(original->findById(keyOf(part), &originalPart), S_OK);
     Ref<IQVRCatalogTable> originalTable = openTable(query<IQVRCatalogPart>(originalPart));
     auto twice = [](IQVRCatalogTable* of, const char* row) {
-        Variant twiceColumn, value;
+        Variant value;
         Ref<IQVRCatalogObjectList> columns;
         Ref<IQVRCatalogObject> column;
         of->get_childNodes(&columns);
