@@ -207,7 +207,7 @@ HRESULT Document::save(const Variant& destination) {
             return reportError(from, String(std::move(text)), hr);
         }
         std::string reason;
-        const HRESULT hr = DocumentIO::writeReplacing(path, DocumentIO::savedForm(doc()), &reason);
+        const HRESULT hr = DocumentIO::saveReplacing(path, doc(), &reason);
         if (hr == S_OK) return S_OK;
         return reportError(from, String("The file " + path + " cannot be saved: " + reason), hr);
     });

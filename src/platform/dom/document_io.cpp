@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <vector>
 
 #include <fcntl.h>
@@ -353,11 +354,6 @@ void DocumentIO::describe(const QuietErrors& quiet, const CapturedError& refusal
     locate(text, captured.line, captured.column, error);
 }
 
-std::string DocumentIO::savedForm(xmlDocPtr doc) {
-    DeclarationNodesAside aside(doc);
-    return serialise(XML_SAVE_FORMAT, [&](xmlSaveCtxtPtr save) { xmlSaveDoc(save, doc); });
-}
-
 std::string DocumentIO::documentXml(xmlDocPtr doc) {
     DeclarationNodesAside aside(doc);
     std::string out = "<?xml version=\"";
@@ -397,10 +393,14 @@ public:
     ReplacingWrite(const std::string& path, std::string* reason)
         : calls_(file::FileCalls::current()), target_(path), reason_(reason) {}
 
-    HRESULT run(std::string_view bytes) {
-        if (!findTarget() || !checkTarget() || !openTemporary() || !writeAll(bytes) ||
-            !flushAndClose() || !replace() || !flushFolder())
-            return status_;
+    // `produce(write)` hands the file's bytes to `write` in pieces; `write` answers false once a
+    // write has failed, and the producer should then stop.
+    template <class Produce>
+    HRESULT run(Produce&& produce) {
+        if (!findTarget() || !checkTarget() || !openTemporary()) return status_;
+        bool written = true;
+        produce([&](std::string_view bytes) { return written = written && writeAll(bytes); });
+        if (!written || !flushAndClose() || !replace() || !flushFolder()) return status_;
         return S_OK;
     }
 
@@ -529,11 +529,50 @@ private:
     HRESULT status_ = E_FAIL;
 };
 
+// Gathers the writer's small pieces into writes of a size the disk takes well, so that a large
+// document costs few system calls and is never held whole in memory.
+class BufferedFileSink {
+public:
+    explicit BufferedFileSink(std::function<bool(std::string_view)> write)
+        : write_(std::move(write)) {
+        buffer_.reserve(kSize);
+    }
+
+    static int write(void* context, const char* bytes, int length) {
+        auto* sink = static_cast<BufferedFileSink*>(context);
+        const std::string_view piece(bytes, static_cast<std::size_t>(length));
+        if (sink->buffer_.size() + piece.size() > kSize && !sink->flush()) return -1;
+        if (piece.size() >= kSize) return sink->write_(piece) ? length : -1;
+        sink->buffer_.append(piece);
+        return length;
+    }
+    static int close(void*) { return 0; }
+
+    bool flush() {
+        const bool ok = buffer_.empty() || write_(buffer_);
+        buffer_.clear();
+        return ok;
+    }
+
+private:
+    static constexpr std::size_t kSize = 1 << 16;
+    std::function<bool(std::string_view)> write_;
+    std::string buffer_;
+};
+
 } // namespace
 
-HRESULT DocumentIO::writeReplacing(const std::string& path, std::string_view bytes,
-                                   std::string* reason) {
-    return ReplacingWrite(path, reason).run(bytes);
+HRESULT DocumentIO::saveReplacing(const std::string& path, xmlDocPtr doc, std::string* reason) {
+    return ReplacingWrite(path, reason).run([&](auto&& write) {
+        BufferedFileSink sink(write);
+        DeclarationNodesAside aside(doc);
+        xmlSaveCtxtPtr save = xmlSaveToIO(&BufferedFileSink::write, &BufferedFileSink::close, &sink,
+                                          "UTF-8", XML_SAVE_FORMAT);
+        if (!save) throw std::bad_alloc();
+        xmlSaveDoc(save, doc);
+        xmlSaveClose(save);
+        sink.flush();
+    });
 }
 
 } // namespace qvr::dom
