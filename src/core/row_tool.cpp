@@ -16,23 +16,18 @@
 namespace qvr {
 namespace {
 
-// The element that `head` `value` `tail` selects below `context`, as an element; S_FALSE and null
+// The element that `form` selects with `value` below `context`, as an element; S_FALSE and null
 // when nothing was found. A value that would end the quoted literal is refused unevaluated.
-HRESULT selectElement(IXMLDOMNode* context, std::string_view head, const String& value,
-                      std::string_view tail, Ref<IXMLDOMElement>* element) {
+HRESULT selectElement(IXMLDOMNode* context, const dom::IndexedForm& form, const String& value,
+                      Ref<IXMLDOMElement>* element) {
     if (!element) return E_POINTER;
     *element = nullptr;
     if (!context) return E_FAIL;
     Ref<IXMLDOMNode> node;
-    HRESULT hr = selectOneWithValue(context, head, value, tail, &node);
+    HRESULT hr = selectOneWithValue(context, form, value, &node);
     if (hr != S_OK) return hr;
     *element = query<IXMLDOMElement>(node);
     return *element ? S_OK : E_NOINTERFACE;
-}
-
-HRESULT selectElement(IXMLDOMNode* context, const dom::IndexedForm& form, const String& value,
-                      Ref<IXMLDOMElement>* element) {
-    return selectElement(context, form.head, value, form.tail, element);
 }
 
 HRESULT selectUniqueColumn(IXMLDOMNode* document, Ref<IXMLDOMElement>* uniqueColumn) {

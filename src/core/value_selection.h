@@ -24,13 +24,10 @@ HRESULT selectAllWithValue(IXMLDOMNode* node, std::string_view head, const Strin
 inline String selectionWithValue(const dom::IndexedForm& form, const String& value) {
     return selectionWithValue(form.head, value, form.tail);
 }
-inline HRESULT selectOneWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
-                                  const String& value, Ref<IXMLDOMNode>* found) {
-    return selectOneWithValue(node, form.head, value, form.tail, found);
-}
-inline HRESULT selectAllWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
-                                  const String& value, Ref<IXMLDOMNodeList>* found) {
-    return selectAllWithValue(node, form.head, value, form.tail, found);
-}
+// These go to the lookup tables straight, without writing the selection's text.
+HRESULT selectOneWithValue(IXMLDOMNode* node, const dom::IndexedForm& form, const String& value,
+                           Ref<IXMLDOMNode>* found);
+HRESULT selectAllWithValue(IXMLDOMNode* node, const dom::IndexedForm& form, const String& value,
+                           Ref<IXMLDOMNodeList>* found);
 
 } // namespace qvr

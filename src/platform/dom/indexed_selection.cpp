@@ -141,12 +141,12 @@ std::uint64_t IndexedSelection::answeredCount() {
     return answered;
 }
 
-bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, bool firstOnly,
-                              std::vector<xmlNodePtr>* nodes) {
-    if (!recognising) return false;
-    std::string_view text;
-    const ShapeForm* form = recognise(expression, &text);
-    if (!form) return false;
+namespace {
+
+// Answers `shape` with the value `text` from the tables; false when they do not cover `context`.
+bool answerShape(xmlNodePtr context, const ShapeForm& shape, std::string_view text, bool firstOnly,
+                 std::vector<xmlNodePtr>* nodes) {
+    const ShapeForm* form = &shape;
     if (form->shape == Shape::ChildrenNamed) {
         // Walked at once, in or out of the tree, from an element or the document only.
         if (context->type != XML_ELEMENT_NODE && !isDocument(context)) return false;
@@ -230,6 +230,26 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
         return true;
     }
     }
+    return false;
+}
+
+} // namespace
+
+bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, bool firstOnly,
+                              std::vector<xmlNodePtr>* nodes) {
+    if (!recognising) return false;
+    std::string_view text;
+    const ShapeForm* form = recognise(expression, &text);
+    return form && answerShape(context, *form, text, firstOnly, nodes);
+}
+
+bool IndexedSelection::answer(xmlNodePtr context, const IndexedForm& form, std::string_view value,
+                              bool firstOnly, std::vector<xmlNodePtr>* nodes) {
+    if (!recognising || value.find('\0') != std::string_view::npos) return false;
+    for (const auto& shape : kShapeForms)
+        if (shape.prefix == form.head && shape.suffix == form.tail)
+            return valueFits(shape.shape, value) &&
+                   answerShape(context, shape, value, firstOnly, nodes);
     return false;
 }
 
