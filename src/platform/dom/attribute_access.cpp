@@ -122,6 +122,8 @@ xmlAttrPtr AttributeAccess::find(xmlNodePtr element, std::string_view name) {
 }
 
 HRESULT AttributeAccess::checkValue(std::string_view name, const String& value) {
+    // The name goes into the message only when there is one to give.
+    if (uncarriable(value.view()).empty()) return S_OK;
     return checkCarriable(value, "The value of attribute \"" + std::string(name) + "\"");
 }
 
@@ -135,7 +137,7 @@ HRESULT AttributeAccess::get(xmlNodePtr element, const String& name, String* val
     }
     xmlAttrPtr attr = find(element, name.view());
     if (!attr) return S_FALSE;
-    *value = takeString(xmlNodeGetContent(reinterpret_cast<xmlNodePtr>(attr)));
+    *value = contentOf(reinterpret_cast<xmlNodePtr>(attr));
     return S_OK;
 }
 
