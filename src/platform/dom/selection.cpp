@@ -33,7 +33,8 @@ HRESULT Selection::selectOne(IXMLDOMNode* context, const IndexedForm& form, std:
     if (!found) return E_POINTER;
     *found = nullptr;
     return guarded([&] {
-        std::vector<xmlNodePtr> nodes;
+        // The model asks this for every cell it places: the list is kept from call to call.
+        thread_local std::vector<xmlNodePtr> nodes;
         if (!answeredByForm(context, form, value, true, &nodes))
             return context ? context->selectSingleNode(String(form.text(value)), found) : E_FAIL;
         if (nodes.empty()) return S_FALSE;
