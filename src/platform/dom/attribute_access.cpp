@@ -107,6 +107,12 @@ bool AttributeAccess::isTracked(xmlAttrPtr attribute) {
 }
 
 xmlAttrPtr AttributeAccess::find(xmlNodePtr element, std::string_view name) {
+    if (name.find(':') == std::string_view::npos) {
+        // No prefix: a plain attribute of that name, the common case.
+        for (xmlAttrPtr attr = element->properties; attr; attr = attr->next)
+            if (!attr->ns && equals(attr->name, name)) return attr;
+        return nullptr;
+    }
     const QualifiedName q = split(name);
     const xmlChar* uri = q.prefix.empty() ? nullptr : resolve(element, q.prefix);
     for (xmlAttrPtr attr = element->properties; attr; attr = attr->next) {
@@ -146,9 +152,11 @@ HRESULT AttributeAccess::set(xmlNodePtr element, const String& name, const Strin
         return E_FAIL;
     if (HRESULT hr = checkValue(name.view(), value); hr != S_OK) return hr;
     if (isDeclaration(name.view())) return setDeclaration(element, name, value);
-    const QualifiedName q = split(name.view());
+    const auto colon = name.view().find(':');
+    const bool prefixed = colon != std::string_view::npos && colon > 0;
+    const QualifiedName q = prefixed ? split(name.view()) : QualifiedName();
     xmlNsPtr ns = nullptr;
-    if (!q.prefix.empty()) {
+    if (prefixed) {
         ns = xmlSearchNs(element->doc, element, bytes(q.prefix.c_str()));
         if (!ns && knownUri(q.prefix))
             ns = xmlNewNs(element, bytes(knownUri(q.prefix)), bytes(q.prefix.c_str()));

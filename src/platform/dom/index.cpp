@@ -160,15 +160,14 @@ void Index::rowsAt(std::size_t n, bool firstOnly, std::vector<xmlNodePtr>* nodes
 }
 
 void Index::textChanged(xmlNodePtr at) {
-    for (xmlNodePtr node = at; node; node = node->parent) {
-        if (isPlainElement(node, "RowUnique")) {
-            namingChanged();
-            break;
-        }
-    }
+    // A table row is a RowUnique: the walk for the row goes on from the first one.
+    xmlNodePtr first = at;
+    while (first && !isPlainElement(first, "RowUnique")) first = first->parent;
+    if (!first) return;
+    namingChanged();
     if (!rowsBuilt_) return;
     guard([&] {
-        if (xmlNodePtr row = rowAbove(at)) {
+        if (xmlNodePtr row = rowAbove(first)) {
             removeRow(row);
             addRow(row);
         }
