@@ -94,6 +94,14 @@ const char* tagOf(int c) {
     return c == 0 ? "string" : c % 2 ? "float" : "int";
 }
 
+// A row id of the shape the model gives its rows: "R" and 15 hexadecimal digits, so that both
+// documents carry the same bytes.
+std::string rowIdOf(int r) {
+    char id[24];
+    std::snprintf(id, sizeof id, "R%015llx", 0x1DB3F0000000000ull + static_cast<unsigned>(r));
+    return id;
+}
+
 // The plain document: what the model writes, made with libxml2 calls alone.
 xmlDocPtr buildPlain(int rows) {
     xmlDocPtr doc = xmlNewDoc(BAD_CAST "1.0");
@@ -113,7 +121,7 @@ xmlDocPtr buildPlain(int rows) {
     xmlNodePtr calculated = xmlNewChild(root, nullptr, BAD_CAST "ColumnCalc", nullptr);
     xmlSetProp(calculated, BAD_CAST "expression", BAD_CAST kFormula);
     for (int r = 0; r < rows; ++r) {
-        const std::string id = "R" + std::to_string(r);
+        const std::string id = rowIdOf(r);
         xmlNodePtr row =
             xmlNewTextChild(unique, nullptr, BAD_CAST "RowUnique", BAD_CAST keyOfRow(r).c_str());
         xmlSetProp(row, BAD_CAST "id", BAD_CAST id.c_str());
