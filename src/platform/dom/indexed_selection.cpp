@@ -116,7 +116,7 @@ bool precedes(xmlNodePtr a, xmlNodePtr b) {
 
 // The candidates that pass `keep`, in document order.
 template <class Keep>
-void collect(const std::vector<xmlNodePtr>& candidates, Keep&& keep, bool firstOnly,
+void collect(const Index::Nodes& candidates, Keep&& keep, bool firstOnly,
              std::vector<xmlNodePtr>* nodes) {
     for (xmlNodePtr candidate : candidates)
         if (keep(candidate)) nodes->push_back(candidate);
