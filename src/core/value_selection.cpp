@@ -73,4 +73,12 @@ HRESULT selectAllWithValue(IXMLDOMNode* node, const dom::IndexedForm& form, cons
         value, found, [&] { return dom::Selection::selectAll(node, form, value.view(), found); });
 }
 
+HRESULT selectAttributeWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
+                                 const String& value, const String& name, String* text) {
+    if (!text) return E_POINTER;
+    *text = String();
+    if (!fitsLiteral(value)) return refuseValue(value);
+    return dom::Selection::selectOneAttribute(node, form, value.view(), name, text);
+}
+
 } // namespace qvr

@@ -29,5 +29,9 @@ HRESULT selectOneWithValue(IXMLDOMNode* node, const dom::IndexedForm& form, cons
                            Ref<IXMLDOMNode>* found);
 HRESULT selectAllWithValue(IXMLDOMNode* node, const dom::IndexedForm& form, const String& value,
                            Ref<IXMLDOMNodeList>* found);
+// The attribute `name` of the element `form` selects with `value`, without an object for the
+// element: S_OK and its value (null when it has none), S_FALSE and null when nothing is selected.
+HRESULT selectAttributeWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
+                                 const String& value, const String& name, String* text);
 
 } // namespace qvr

@@ -1,6 +1,7 @@
 #include "platform/dom/selection.h"
 
 #include "platform/com/failure.h"
+#include "platform/dom/attribute_access.h"
 #include "platform/dom/handle.h"
 #include "platform/dom/indexed_selection.h"
 #include "platform/dom/node_list.h"
@@ -40,6 +41,29 @@ HRESULT Selection::selectOne(IXMLDOMNode* context, const IndexedForm& form, std:
         if (nodes.empty()) return S_FALSE;
         *found = Tree::of(nodes.front())->wrap(nodes.front());
         return *found ? S_OK : S_FALSE;
+    });
+}
+
+HRESULT Selection::selectOneAttribute(IXMLDOMNode* context, const IndexedForm& form,
+                                      std::string_view value, const String& name, String* text) {
+    if (!text) return E_POINTER;
+    *text = String();
+    if (name.isNull()) return E_INVALIDARG;
+    return guarded([&] {
+        thread_local std::vector<xmlNodePtr> nodes;
+        xmlNodePtr element = nullptr;
+        if (answeredByForm(context, form, value, true, &nodes)) {
+            if (nodes.empty()) return S_FALSE;
+            element = nodes.front();
+        } else {
+            Ref<IXMLDOMNode> node;
+            const HRESULT hr = selectOne(context, form, value, &node);
+            if (hr != S_OK) return hr;
+            element = Handle::nodeOf(node);
+        }
+        if (!element || element->type != XML_ELEMENT_NODE) return E_NOINTERFACE;
+        const HRESULT hr = AttributeAccess::get(element, name, text);
+        return FAILED(hr) ? hr : S_OK;
     });
 }
 

@@ -28,6 +28,11 @@ public:
                              Ref<IXMLDOMNode>* found);
     static HRESULT selectAll(IXMLDOMNode* context, const IndexedForm& form, std::string_view value,
                              Ref<IXMLDOMNodeList>* found);
+    // The attribute `name` of the element selectOne would answer, read without making an object
+    // for the element: S_OK and its value (null when the element has none), or S_FALSE and null
+    // when nothing is selected. E_NOINTERFACE when what is selected is no element.
+    static HRESULT selectOneAttribute(IXMLDOMNode* context, const IndexedForm& form,
+                                      std::string_view value, const String& name, String* text);
 };
 
 } // namespace qvr::dom
