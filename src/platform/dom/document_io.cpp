@@ -539,12 +539,16 @@ public:
     }
 
     static int write(void* context, const char* bytes, int length) {
-        auto* sink = static_cast<BufferedFileSink*>(context);
-        const std::string_view piece(bytes, static_cast<std::size_t>(length));
-        if (sink->buffer_.size() + piece.size() > kSize && !sink->flush()) return -1;
-        if (piece.size() >= kSize) return sink->write_(piece) ? length : -1;
-        sink->buffer_.append(piece);
-        return length;
+        try {
+            auto* sink = static_cast<BufferedFileSink*>(context);
+            const std::string_view piece(bytes, static_cast<std::size_t>(length));
+            if (sink->buffer_.size() + piece.size() > kSize && !sink->flush()) return -1;
+            if (piece.size() >= kSize) return sink->write_(piece) ? length : -1;
+            sink->buffer_.append(piece);
+            return length;
+        } catch (...) {
+            return -1; // called from C: nothing may be thrown through it
+        }
     }
     static int close(void*) { return 0; }
 

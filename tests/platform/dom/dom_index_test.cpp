@@ -391,6 +391,14 @@ TEST(DomIndex, EveryModelFormIsAnsweredFromTheTables) {
         direct.singleStatus = dom::Selection::selectOne(context, form, c.value, &direct.single);
         EXPECT_EQ(IndexedSelection::answeredCount() - beforeDirect, 2u) << text;
         EXPECT_TRUE(direct == indexed) << text;
+        // An attribute of the first node, read without its object; nothing selected, no value.
+        String id, expected;
+        query<IXMLDOMElement>(indexed.single)->getAttribute("id", &expected);
+        EXPECT_EQ(dom::Selection::selectOneAttribute(context, form, c.value, "id", &id), S_OK);
+        EXPECT_EQ(id, expected) << text;
+        if (form.tail.empty()) continue; // a form without a value selects its columns always
+        EXPECT_EQ(dom::Selection::selectOneAttribute(context, form, "999", "id", &id), S_FALSE);
+        EXPECT_TRUE(id.isNull()) << text;
     }
 }
 
