@@ -17,6 +17,7 @@
 // Last, the growth from 10,000 to 100,000 rows of every per-row figure (linear: 10; goal: 12).
 // Times are processor time, each the best of several rounds; memory is what malloc holds.
 #include <malloc.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -248,8 +249,10 @@ double calculateAll(IQVRTableCalculatedColumn* column, const std::vector<int>& o
 }
 
 void round(int rows, Figures& f) {
-    const std::string path =
-        (std::filesystem::temp_directory_path() / "qvr-scale-bench.xml").string();
+    // Named for the process: runs side by side must not write over each other's file.
+    const std::string path = (std::filesystem::temp_directory_path() /
+                              ("qvr-scale-bench-" + std::to_string(::getpid()) + ".xml"))
+                                 .string();
     const std::vector<int> inOrder = [&] {
         std::vector<int> order(static_cast<std::size_t>(rows));
         for (int r = 0; r < rows; ++r) order[static_cast<std::size_t>(r)] = r;
