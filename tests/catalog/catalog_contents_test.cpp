@@ -14,9 +14,14 @@ namespace {
 using namespace elements;
 
 bool sameNode(IQVRCatalogObject* a, IQVRCatalogObject* b) {
-    Ref<IXMLDOMElement> first, second;
-    return a && b && a->get_domNode(&first) == S_OK && b->get_domNode(&second) == S_OK &&
-           first.get() == second.get();
+    return a && b && elementOf(a).get() == elementOf(b).get();
+}
+
+// Whether the catalog's getter `get` hands out the element of `made`.
+template <class I>
+bool gives(IQVRCatalog* catalog, HRESULT (IQVRCatalog::*get)(Ref<I>*), IQVRCatalogObject* made) {
+    Ref<I> read;
+    return (catalog->*get)(&read) == S_OK && sameNode(read, made);
 }
 
 TEST(CatalogFactories, EachGivesAnElementInNoTreeUntilInserted) {
@@ -28,10 +33,9 @@ TEST(CatalogFactories, EachGivesAnElementInNoTreeUntilInserted) {
         SCOPED_TRACE(tag);
         Made made = maker(catalog);
         ASSERT_TRUE(made);
-        Ref<IXMLDOMElement> element;
+        Ref<IXMLDOMElement> element = elementOf(made);
         Ref<IXMLDOMNode> parentNode;
         String name;
-        ASSERT_EQ(made->get_domNode(&element), S_OK);
         ASSERT_EQ(element->get_nodeName(&name), S_OK);
         EXPECT_EQ(name, tag);
         element->get_parentNode(&parentNode);
@@ -54,19 +58,12 @@ TEST(CatalogFactories, EachGivesAnElementInNoTreeUntilInserted) {
     Ref<IQVRCatalogOrderTarget> target;
     EXPECT_EQ(catalog->createOrderTarget(street(catalog), &target), E_FAIL);
     EXPECT_EQ(lastError(), "This object is not a valid order target.");
-    Ref<IQVRCatalog> empty;
-    ASSERT_EQ(CreateCatalog(&empty), S_OK);
-    Ref<IQVRCatalogSupplierIDs> ids;
-    EXPECT_EQ(empty->createSupplierID(nullptr, "1", nullptr), E_POINTER);
-    EXPECT_EQ(empty->createSupplierIDs(nullptr, &ids), E_FAIL);
-    EXPECT_EQ(lastError().rfind("The Catalog is not initialized yet.", 0), 0u);
+    EXPECT_EQ(catalog->createSupplierID(nullptr, "1", nullptr), E_POINTER);
 }
 
 TEST(CatalogSingletons, SetInAnyOrderTheyStandInTheirsAheadOfTheChapters) {
     Ref<IQVRCatalog> catalog = newCatalog();
-    VARIANT_BOOL done;
-    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Desc/><ActiveXs/><Chapter id='a'/></vCAT>", &done),
-              S_OK);
+    ASSERT_EQ(loadXml(catalog, "<vCAT id='c'><Desc/><ActiveXs/><Chapter id='a'/></vCAT>"), S_OK);
     Made supplierMade = supplier(catalog), linkMade = link(catalog),
          extrinsicsMade = extrinsics(catalog), imagesMade = images(catalog),
          infoMade = orderInfo(catalog), documentsMade = documents(catalog);
@@ -79,22 +76,12 @@ TEST(CatalogSingletons, SetInAnyOrderTheyStandInTheirsAheadOfTheChapters) {
     EXPECT_EQ(childTags(catalog),
               "Desc Images Link Documents ActiveXs Extrinsics OrderInfo Supplier Chapter");
 
-    Ref<IQVRCatalogImages> readImages;
-    Ref<IQVRCatalogLink> readLink;
-    Ref<IQVRCatalogDocuments> readDocuments;
-    Ref<IQVRCatalogExtrinsics> readExtrinsics;
-    Ref<IQVRCatalogOrderInfo> readInfo;
-    Ref<IQVRCatalogSupplier> readSupplier;
-    ASSERT_EQ(catalog->get_images(&readImages), S_OK);
-    ASSERT_EQ(catalog->get_link(&readLink), S_OK);
-    ASSERT_EQ(catalog->get_documents(&readDocuments), S_OK);
-    ASSERT_EQ(catalog->get_extrinsics(&readExtrinsics), S_OK);
-    ASSERT_EQ(catalog->get_orderInfo(&readInfo), S_OK);
-    ASSERT_EQ(catalog->get_supplier(&readSupplier), S_OK);
-    EXPECT_TRUE(sameNode(readImages, imagesMade) && sameNode(readLink, linkMade) &&
-                sameNode(readDocuments, documentsMade) &&
-                sameNode(readExtrinsics, extrinsicsMade) && sameNode(readInfo, infoMade) &&
-                sameNode(readSupplier, supplierMade));
+    EXPECT_TRUE(gives(catalog, &IQVRCatalog::get_images, imagesMade));
+    EXPECT_TRUE(gives(catalog, &IQVRCatalog::get_link, linkMade));
+    EXPECT_TRUE(gives(catalog, &IQVRCatalog::get_documents, documentsMade));
+    EXPECT_TRUE(gives(catalog, &IQVRCatalog::get_extrinsics, extrinsicsMade));
+    EXPECT_TRUE(gives(catalog, &IQVRCatalog::get_orderInfo, infoMade));
+    EXPECT_TRUE(gives(catalog, &IQVRCatalog::get_supplier, supplierMade));
 
     // Removed, a getter finds none: get_extrinsics leaves its out value, the others clear it.
     Listener listener(catalog);
@@ -102,6 +89,8 @@ TEST(CatalogSingletons, SetInAnyOrderTheyStandInTheirsAheadOfTheChapters) {
     ASSERT_EQ(catalog->putref_supplier(nullptr), S_OK);
     ASSERT_EQ(catalog->putref_supplier(nullptr), S_OK);
     EXPECT_EQ(listener.take(), "changed #0 | changed #0 | changed #0");
+    Ref<IQVRCatalogExtrinsics> readExtrinsics = query<IQVRCatalogExtrinsics>(extrinsicsMade);
+    Ref<IQVRCatalogSupplier> readSupplier = query<IQVRCatalogSupplier>(supplierMade);
     EXPECT_EQ(catalog->get_extrinsics(&readExtrinsics), S_FALSE);
     EXPECT_TRUE(readExtrinsics);
     EXPECT_EQ(catalog->get_supplier(&readSupplier), S_FALSE);
@@ -110,29 +99,15 @@ TEST(CatalogSingletons, SetInAnyOrderTheyStandInTheirsAheadOfTheChapters) {
     // A second one replaces the first, which leaves the tree.
     Made secondInfo = orderInfo(catalog);
     ASSERT_EQ(catalog->putref_orderInfo(secondInfo), S_OK);
-    ASSERT_EQ(catalog->get_orderInfo(&readInfo), S_OK);
-    EXPECT_TRUE(sameNode(readInfo, secondInfo));
-    Ref<IXMLDOMElement> firstNode;
+    EXPECT_TRUE(gives(catalog, &IQVRCatalog::get_orderInfo, secondInfo));
     Ref<IXMLDOMNode> firstParent;
-    ASSERT_EQ(infoMade->get_domNode(&firstNode), S_OK);
-    firstNode->get_parentNode(&firstParent);
+    elementOf(infoMade)->get_parentNode(&firstParent);
     EXPECT_FALSE(firstParent);
 
     // Without Desc, a singleton goes first, ahead of everything.
-    ASSERT_EQ(catalog->loadXML("<vCAT id='c'><Chapter id='a'/></vCAT>", &done), S_OK);
+    ASSERT_EQ(loadXml(catalog, "<vCAT id='c'><Chapter id='a'/></vCAT>"), S_OK);
     ASSERT_EQ(catalog->putref_supplier(supplier(catalog)), S_OK);
     EXPECT_EQ(childTags(catalog), "Supplier Chapter");
-}
-
-std::int32_t countOf(IQVRCatalogObjectList* list) {
-    std::int32_t count = 0;
-    if (list) list->get_count(&count);
-    return count;
-}
-Made firstOf(IQVRCatalogObjectList* list) {
-    Made item;
-    if (list) list->getItem(1, &item);
-    return item;
 }
 
 // What a catalog with every kind of element says through the model, one line per element.
@@ -149,14 +124,12 @@ std::string readBack(IQVRCatalog* catalog) {
 
     Ref<IQVRCatalogOrderInfo> info;
     Ref<IQVRCatalogAvailability> availability;
-    Ref<IQVRCatalogObjectList> list;
     catalog->get_orderInfo(&info);
     info->get_effDate(&v1);
     info->get_expDate(&v2);
     info->get_availability(&availability);
-    availability->get_childNodes(&list);
-    say("order info " + text(v1) + " to " + text(v2) + " in " + std::to_string(countOf(list)) +
-        " country " + keyOf(firstOf(list)));
+    say("order info " + text(v1) + " to " + text(v2) + " in " + childTags(availability) + " " +
+        keyOf(childAt(availability, 1)));
 
     Ref<IQVRCatalogSupplier> supplier;
     Ref<IQVRCatalogSupplierIDs> ids;
@@ -166,17 +139,15 @@ std::string readBack(IQVRCatalog* catalog) {
     supplier->get_desc(&s2);
     supplier->get_supplierIDs(&ids);
     supplier->get_eCommerceCenterIDs(&centerIds);
-    ids->get_childNodes(&list);
-    Ref<IQVRCatalogObjectList> centerList;
-    centerIds->get_childNodes(&centerList);
-    say("supplier " + s1.str() + ", " + s2.str() + ", ids " + keyOf(firstOf(list)) + " and " +
-        keyOf(firstOf(centerList)));
+    say("supplier " + s1.str() + ", " + s2.str() + ", ids " + keyOf(childAt(ids, 1)) + " and " +
+        keyOf(childAt(centerIds, 1)));
 
-    supplier->get_childNodes(&list);
-    Ref<IQVRCatalogSupplierLocation> location = query<IQVRCatalogSupplierLocation>(firstOf(list));
+    Ref<IQVRCatalogSupplierLocation> location =
+        query<IQVRCatalogSupplierLocation>(childAt(supplier, 1));
     Ref<IQVRCatalogAddress> address;
     Ref<IQVRCatalogPostalAddress> postal;
     Ref<IQVRCatalogOrderMethods> methods;
+    Ref<IQVRCatalogObjectList> list;
     location->get_address(&address);
     address->get_name(&s1);
     address->get_postalAddress(&postal);
@@ -196,19 +167,15 @@ std::string readBack(IQVRCatalog* catalog) {
     }
     say(line);
 
-    Ref<IQVRCatalogObjectList> chapters, parts;
-    catalog->get_childNodes(&chapters);
-    firstOf(chapters)->get_childNodes(&parts);
-    Ref<IQVRCatalogPart> part = query<IQVRCatalogPart>(firstOf(parts));
+    Ref<IQVRCatalogPart> part = query<IQVRCatalogPart>(childAt(childAt(catalog, 1), 1));
     Ref<IQVRCatalogClassifications> classes;
     Ref<IQVRCatalogExtrinsics> extrinsics;
     part->get_orderInfo(&info);
     part->get_classifications(&classes);
     part->get_extrinsics(&extrinsics);
     info->get_effDate(&v1);
-    classes->get_childNodes(&list);
-    say("part " + nameOf(part) + " orderable from " + text(v1) + ", class " + keyOf(firstOf(list)) +
-        ", " + std::to_string(extrinsics ? 1 : 0) + " extrinsics");
+    say("part " + nameOf(part) + " orderable from " + text(v1) + ", class " +
+        keyOf(childAt(classes, 1)) + ", " + std::to_string(extrinsics ? 1 : 0) + " extrinsics");
     return said;
 }
 
@@ -232,23 +199,41 @@ TEST_F(CompleteCatalog, EveryKindOfElementIsSavedAndReadBackEqual) {
     ASSERT_EQ(catalog->putref_extrinsics(extrinsics(catalog)), S_OK);
     ASSERT_EQ(catalog->putref_orderInfo(orderInfo(catalog)), S_OK);
     ASSERT_EQ(catalog->putref_supplier(supplier(catalog)), S_OK);
-    const std::string expected = "order info 3/1/2026 to 12/31/2027 in 1 country DE\n"
+    // Texts that need escaping, in attributes and in elements.
+    ASSERT_EQ(bolts->put_name("Metric & more <here>"), S_OK);
+    ASSERT_EQ(m8->put_name("M8 \"x\" 40"), S_OK);
+    ASSERT_EQ(m8->put_desc("Hexagon bolt, zinc plated & <oiled>"), S_OK);
+    ASSERT_EQ(m8->put_tableRef("tables/m8.xml"), S_OK);
+    const std::string expected = "order info 3/1/2026 to 12/31/2027 in CountryCode DE\n"
                                  "supplier ACME, Bolts and nuts, ids DUNS and GLN\n"
                                  "location ACME in Stuttgart\n"
                                  "order methods voice:0 smtp:1 fax:2 https:3\n"
-                                 "part M8 orderable from 3/1/2026, class ETIM, 1 extrinsics\n";
+                                 "part M8 \"x\" 40 orderable from 3/1/2026, class ETIM, 1 "
+                                 "extrinsics\n";
     EXPECT_EQ(readBack(catalog), expected);
 
+    // Made by create, the catalog has no place to save to yet: the DOM refuses.
     VARIANT_BOOL done = VARIANT_FALSE;
+    EXPECT_TRUE(FAILED(catalog->save(&done)));
+    EXPECT_EQ(done, VARIANT_FALSE);
     ASSERT_EQ(catalog->saveAs(Variant(file("complete.xml")), &done), S_OK);
+    EXPECT_EQ(done, VARIANT_TRUE);
     Ref<IQVRCatalog> loaded;
     ASSERT_EQ(CreateCatalog(&loaded), S_OK);
     ASSERT_EQ(loaded->load(Variant(file("complete.xml")), &done), S_OK);
-    String written, read;
+    String written, reread, base;
     ASSERT_EQ(catalog->get_xml(&written), S_OK);
-    ASSERT_EQ(loaded->get_xml(&read), S_OK);
-    EXPECT_EQ(read, written);
+    ASSERT_EQ(loaded->get_xml(&reread), S_OK);
+    EXPECT_EQ(reread, written);
     EXPECT_EQ(readBack(loaded), expected);
+    ASSERT_EQ(loaded->get_baseUrl(&base), S_OK);
+    EXPECT_EQ(base.str(), "file://" + dir.string() + "/");
+    // Saved again, the same bytes; save writes where the document came from.
+    ASSERT_EQ(loaded->saveAs(Variant(file("again.xml")), &done), S_OK);
+    EXPECT_EQ(read(file("again.xml")), read(file("complete.xml")));
+    ASSERT_EQ(loaded->put_name("Renamed"), S_OK);
+    ASSERT_EQ(loaded->save(&done), S_OK);
+    EXPECT_NE(read(file("again.xml")).find("name=\"Renamed\""), std::string::npos);
     // findById reaches as deep as any id stands, and hands the element out with the catalog as
     // its parent.
     Made found, parent;
@@ -258,7 +243,7 @@ TEST_F(CompleteCatalog, EveryKindOfElementIsSavedAndReadBackEqual) {
     EXPECT_EQ(parent.get(), static_cast<IQVRCatalogObject*>(loaded.get()));
     // Every tag of the catalog format stands in the file.
     for (const auto& [tag, maker] : everyFactory())
-        EXPECT_NE(read.str().find("<" + std::string(tag)), std::string::npos) << tag;
+        EXPECT_NE(reread.str().find("<" + std::string(tag)), std::string::npos) << tag;
 }
 
 } // namespace

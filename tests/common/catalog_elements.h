@@ -30,8 +30,8 @@ inline Made chapter(C c) {
 inline Made part(C c) {
     return make<IQVRCatalogPart>([&](auto* o) { return c->createPart("M8", o); });
 }
-inline Made url(C c, const char* href = "https://acme.example/") {
-    return make<IQVRCatalogURL>([&](auto* o) { return c->createURL(href, "ACME", "en", o); });
+inline Made url(C c, const char* href = "https://acme.example/", const char* language = "en") {
+    return make<IQVRCatalogURL>([&](auto* o) { return c->createURL(href, "ACME", language, o); });
 }
 inline Made image(C c) {
     return make<IQVRCatalogImage>([&](auto* o) { return c->createImage(url(c, "m8.png"), o); });
@@ -50,8 +50,8 @@ inline Made documents(C c) {
     return make<IQVRCatalogDocuments>(
         [&](auto* o) { return c->createDocuments(document(c), "Sheets", o); });
 }
-inline Made classObject(C c) {
-    return make<IQVRCatalogClass>([&](auto* o) { return c->createClass("ETIM", "EC000123", o); });
+inline Made classObject(C c, const char* domain = "ETIM") {
+    return make<IQVRCatalogClass>([&](auto* o) { return c->createClass(domain, "EC000123", o); });
 }
 inline Made classifications(C c) {
     return make<IQVRCatalogClassifications>(
@@ -126,17 +126,17 @@ inline Made location(C c) {
     return make<IQVRCatalogSupplierLocation>(
         [&](auto* o) { return c->createSupplierLocation(address(c), orderMethods(c), o); });
 }
-inline Made supplierId(C c) {
+inline Made supplierId(C c, const char* domain = "DUNS") {
     return make<IQVRCatalogSupplierID>(
-        [&](auto* o) { return c->createSupplierID("DUNS", "315843217", o); });
+        [&](auto* o) { return c->createSupplierID(domain, "315843217", o); });
 }
 inline Made supplierIds(C c) {
     return make<IQVRCatalogSupplierIDs>(
         [&](auto* o) { return c->createSupplierIDs(supplierId(c), o); });
 }
-inline Made centerId(C c) {
+inline Made centerId(C c, const char* domain = "GLN") {
     return make<IQVRCatalogECommerceCenterID>(
-        [&](auto* o) { return c->createECommerceCenterID("GLN", "4012345000009", o); });
+        [&](auto* o) { return c->createECommerceCenterID(domain, "4012345000009", o); });
 }
 inline Made centerIds(C c) {
     return make<IQVRCatalogECommerceCenterIDs>(
@@ -170,7 +170,7 @@ inline const std::vector<std::pair<const char*, Maker>>& everyFactory() {
         {"Document", document},
         {"Documents", documents},
         {"Part", part},
-        {"Class", classObject},
+        {"Class", [](C c) { return classObject(c); }},
         {"Classifications", classifications},
         {"OrderInfo", orderInfo},
         {"Availability", availability},
@@ -186,9 +186,9 @@ inline const std::vector<std::pair<const char*, Maker>>& everyFactory() {
         {"PostalAddress", postalAddress},
         {"Address", address},
         {"SupplierLocation", location},
-        {"SupplierID", supplierId},
+        {"SupplierID", [](C c) { return supplierId(c); }},
         {"SupplierIDs", supplierIds},
-        {"ECommerceCenterID", centerId},
+        {"ECommerceCenterID", [](C c) { return centerId(c); }},
         {"ECommerceCenterIDs", centerIds},
         {"Supplier", supplier},
         {"Extrinsics",

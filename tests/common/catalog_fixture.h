@@ -11,13 +11,9 @@
 #include <qvr/catalog.h>
 #include <qvr/error_info.h>
 
-namespace qvr::testing {
+#include "common/error_record.h"
 
-// The description of the thread's last reported failure ("" when there is none); clears it.
-inline std::string lastError() {
-    ErrorInfo info;
-    return GetErrorInfo(&info) ? info.description.str() : std::string();
-}
+namespace qvr::testing {
 
 inline std::string keyOf(IQVRCatalogObject* object) {
     String key;
@@ -28,6 +24,27 @@ inline std::string keyOf(IQVRCatalogObject* object) {
 inline std::string nameOf(IQVRCatalogObject* object) {
     Variant name;
     return object && object->getValue("@name", &name) == S_OK ? name.str().str() : std::string();
+}
+
+// The element an object wraps.
+inline Ref<IXMLDOMElement> elementOf(IQVRCatalogObject* object) {
+    Ref<IXMLDOMElement> element;
+    EXPECT_EQ(object->get_domNode(&element), S_OK);
+    return element;
+}
+
+// The child at one-based `index` of an object's list of children; null when there is none.
+inline Ref<IQVRCatalogObject> childAt(IQVRCatalogObject* object, std::int32_t index) {
+    Ref<IQVRCatalogObjectList> list;
+    Ref<IQVRCatalogObject> item;
+    if (object && object->get_childNodes(&list) == S_OK) list->getItem(index, &item);
+    return item;
+}
+
+// Loads a catalog document from text.
+inline HRESULT loadXml(IQVRCatalog* catalog, const char* xml) {
+    VARIANT_BOOL done = VARIANT_FALSE;
+    return catalog->loadXML(xml, &done);
 }
 
 // The tag names of an element's children, joined by blanks.

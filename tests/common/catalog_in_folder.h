@@ -88,11 +88,7 @@ inline std::string fileUrl(const std::string& path) {
 }
 
 inline Ref<IQVRCatalogObject> firstColumn(IQVRCatalogTable* table) {
-    Ref<IQVRCatalogObjectList> columns;
-    Ref<IQVRCatalogObject> column;
-    EXPECT_EQ(table->get_childNodes(&columns), S_OK);
-    EXPECT_EQ(columns->getItem(1, &column), S_OK);
-    return column;
+    return childAt(table, 1);
 }
 
 } // namespace qvr::testing

@@ -20,8 +20,10 @@ protected:
     void SetUp() override { std::filesystem::create_directories(dir); }
     void TearDown() override { std::filesystem::remove_all(dir); }
     std::string file(const char* name) const { return (dir / name).string(); }
-    void write(const char* name, const std::string& text) const {
+    // Writes `text` to the file `name` of the folder; gives its path.
+    std::string write(const char* name, const std::string& text) const {
         std::ofstream(file(name), std::ios::binary) << text;
+        return file(name);
     }
     static std::string read(const std::string& path) {
         std::ifstream in(path, std::ios::binary);

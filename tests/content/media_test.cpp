@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "common/catalog_fixture.h"
-#include "content/media.h"
-#include "core/object_factory.h"
 
 namespace qvr::testing {
 namespace {
@@ -35,10 +33,8 @@ TEST(URL, XLinkAttributes) {
     ASSERT_EQ(url->put_show(qvrShowEmbed), S_OK);
     EXPECT_EQ(attributeOf(url, "xlink:show"), "embed");
     EXPECT_EQ(url->put_type(static_cast<QVRURLType>(7)), E_INVALIDARG);
-    Ref<IXMLDOMElement> element;
-    ASSERT_EQ(url->get_domNode(&element), S_OK);
-    ASSERT_EQ(element->setAttribute("xlink:actuate", "OnLoad"), S_OK);
-    ASSERT_EQ(element->setAttribute("xlink:type", "bogus"), S_OK);
+    ASSERT_EQ(elementOf(url)->setAttribute("xlink:actuate", "OnLoad"), S_OK);
+    ASSERT_EQ(elementOf(url)->setAttribute("xlink:type", "bogus"), S_OK);
     QVRURLActuate actuate = qvrActuateOnLoad;
     QVRURLType type = qvrTypeSimple;
     ASSERT_EQ(url->get_actuate(&actuate), S_OK);
@@ -71,40 +67,18 @@ TEST(URL, XLinkAttributes) {
     EXPECT_EQ(text.find("xmlns:xlink"), text.rfind("xmlns:xlink")) << text;
 }
 
-TEST(Media, OneTargetPerLanguage) {
+TEST(Media, URLsWithoutALanguageStandSideBySide) {
     Ref<IQVRCatalog> catalog = newCatalog();
     Ref<IQVRCatalogLink> link;
-    Ref<IQVRCatalogDocument> document;
-    Ref<IQVRCatalogImage> image;
     ASSERT_EQ(catalog->createLink(newURL(catalog, "a.pdf", "en"), &link), S_OK);
-    ASSERT_EQ(catalog->createDocument(newURL(catalog, "b.pdf", "en"), "Manual", &document), S_OK);
-    ASSERT_EQ(catalog->createImage(newURL(catalog, "c.png", "en"), &image), S_OK);
-    Ref<IQVRCatalogURL> another = newURL(catalog, "x", "en"), de = newURL(catalog, "d", "de");
-    Listener listener(catalog);
-
-    // A second target of a language: Link and Document report it, Image only answers.
-    EXPECT_EQ(link->appendChild(another, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "A child with the same id already exists.");
-    EXPECT_EQ(document->appendChild(another, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "A child with the same id already exists.");
-    EXPECT_EQ(image->appendChild(another, nullptr), QVR_E_DUPLICATE);
-    EXPECT_EQ(lastError(), "");
-    EXPECT_EQ(childTags(link) + childTags(document) + childTags(image), "URLURLURL");
-    EXPECT_EQ(listener.take(), "");
-
-    // Other languages, and URLs without one, stand side by side.
+    Ref<IQVRCatalogURL> de = newURL(catalog, "d", "de");
     ASSERT_EQ(link->appendChild(de, nullptr), S_OK);
     ASSERT_EQ(link->appendChild(newURL(catalog, "e.pdf"), nullptr), S_OK);
     ASSERT_EQ(link->appendChild(newURL(catalog, "f.pdf"), nullptr), S_OK);
     EXPECT_EQ(childTags(link), "URL URL URL URL");
-    listener.take();
+    Listener listener(catalog);
 
-    // A language a sibling holds is refused, its own passes and is told; codes of the wrong
-    // shape change nothing; the empty text removes the language.
-    EXPECT_EQ(de->put_lang("en"), E_FAIL);
-    EXPECT_EQ(lastError(), "A child with the same id already exists.");
-    ASSERT_EQ(de->put_lang("de"), S_OK);
-    EXPECT_EQ(listener.take(), "changed #30");
+    // Codes of the wrong shape change nothing; the empty text removes the language.
     for (const char* bad : {"DE", "d", "deu", "d1"}) {
         EXPECT_EQ(de->put_lang(bad), E_FAIL) << bad;
         EXPECT_EQ(lastError(), "This is not a valid ISO 639 language code.");
@@ -114,58 +88,6 @@ TEST(Media, OneTargetPerLanguage) {
     ASSERT_EQ(de->put_lang(""), S_OK);
     EXPECT_EQ(attributeOf(de, "xml:lang"), "-");
     EXPECT_EQ(keyOf(de).size(), 36u); // the wrapper's own key
-}
-
-TEST(Media, ContainersKeepTheirLastChildAndTheirKind) {
-    Ref<IQVRCatalog> catalog = newCatalog();
-    Ref<IQVRCatalogURL> only = newURL(catalog, "a.pdf", "en"), file = newURL(catalog, "x.dwg");
-    Ref<IQVRCatalogImage> first = newImage(catalog, "a.png"), stray = newImage(catalog, "b.png");
-    Ref<IQVRCatalogLink> link;
-    Ref<IQVRCatalogImages> images;
-    Ref<IQVRCatalogDocument> document;
-    Ref<IQVRCatalogDocuments> documents;
-    ASSERT_EQ(catalog->createLink(only, &link), S_OK);
-    ASSERT_EQ(catalog->createImages(first, &images), S_OK);
-    ASSERT_EQ(catalog->createDocument(newURL(catalog, "m.pdf"), "Manual", &document), S_OK);
-    ASSERT_EQ(catalog->createDocuments(document, "All", &documents), S_OK);
-    // The further files of a view are made by the table; here straight in the catalog.
-    Ref<IXMLDOMElement> root;
-    Ref<IXMLDOMDocument> dom;
-    Ref<CQVRCatalogReferencedFiles> files;
-    ASSERT_EQ(catalog->get_domNode(&root), S_OK);
-    ASSERT_EQ(root->get_ownerDocument(&dom), S_OK);
-    ASSERT_EQ(createNewWrapper<CQVRCatalogReferencedFiles>(dom, catalog, &files), S_OK);
-    ASSERT_EQ(files->appendChild(file, nullptr), S_OK);
-    Listener listener(catalog);
-
-    // The only child of its name stays, also when the object given is not that child.
-    const std::pair<IQVRCatalogObject*, IQVRCatalogObject*> lastOnes[] = {
-        {link, only}, {images, stray}, {documents, document}, {files->self(), file}};
-    for (auto [container, child] : lastOnes) {
-        EXPECT_EQ(container->removeChild(child, nullptr), E_FAIL);
-        EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
-        EXPECT_EQ(childTags(container).find(' '), std::string::npos);
-    }
-    EXPECT_EQ(listener.take(), "");
-    ASSERT_EQ(link->appendChild(newURL(catalog, "b.pdf", "de"), nullptr), S_OK);
-    ASSERT_EQ(link->removeChild(only, nullptr), S_OK);
-    EXPECT_EQ(childTags(link), "URL");
-
-    // Each takes its own kind only, and the factories pass a refusal on: no container is born
-    // empty.
-    EXPECT_EQ(images->appendChild(document, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can only append an Image as a child of this object.");
-    EXPECT_EQ(documents->appendChild(first, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can only append a Document as a child of this object.");
-    Ref<IQVRCatalogImage> none;
-    Ref<IQVRCatalogDocument> wrong;
-    Ref<IQVRCatalogURL> url;
-    EXPECT_EQ(catalog->createImage(nullptr, &none), E_POINTER);
-    EXPECT_EQ(catalog->createDocument(document, "x", &wrong), E_FAIL);
-    EXPECT_EQ(lastError(), "You can only append URL's as a child of this object.");
-    EXPECT_EQ(catalog->createURL("a", "b", nullptr, &url), E_INVALIDARG);
-    EXPECT_EQ(catalog->createURL("a", "b", "EN", &url), E_FAIL);
-    EXPECT_FALSE(none || wrong || url);
 }
 
 } // namespace

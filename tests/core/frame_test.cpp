@@ -52,19 +52,6 @@ TEST(Frame, ChecksComeInOrderAndOutValuesAreClearedFirst) {
     EXPECT_EQ(lastError(), "The selection \"@name[\" is malformed.");
     EXPECT_EQ(chapter->getValue("count(*)", &value), E_FAIL);
     EXPECT_EQ(lastError(), "The selection \"count(*)\" gives a value, not nodes.");
-
-    // The object type works on a catalog that has no document; the rest reports message 102.
-    Ref<IQVRCatalog> empty;
-    ASSERT_EQ(CreateCatalog(&empty), S_OK);
-    QVRObjectType type = qvrRecipe;
-    EXPECT_EQ(empty->get_objectType(&type), S_OK);
-    EXPECT_EQ(type, qvrCatalog);
-    String key;
-    EXPECT_EQ(empty->get_key(&key), E_FAIL);
-    EXPECT_EQ(lastError().rfind("The Catalog is not initialized yet.", 0), 0u);
-    // ... but an insertion into it reports and answers S_OK all the same.
-    EXPECT_EQ(empty->appendChild(chapter, nullptr), S_OK);
-    EXPECT_EQ(lastError().rfind("The Catalog is not initialized yet.", 0), 0u);
 }
 
 TEST(Frame, ErrorInformationIsOfferedForTheClassInterfaceAndTheCommonOne) {
@@ -124,6 +111,7 @@ TEST(Frame, ContainerInsertionFollowsItsSteps) {
     Ref<IQVRCatalogChapter> f = newChapter(catalog, "F");
     EXPECT_EQ(box->insertBefore(f, Variant("no such key"), nullptr), S_FALSE);
     EXPECT_EQ(box->insertBefore(f, Variant(1.5), nullptr), E_UNEXPECTED);
+    EXPECT_TRUE(FAILED(box->insertBefore(f, Variant("it's"), nullptr))); // breaks the selection
     EXPECT_EQ(namesIn(children), "E B D A C");
 
     // A key already among the siblings: message 134. A child moved within its own parent
@@ -140,7 +128,7 @@ TEST(Frame, ContainerInsertionFollowsItsSteps) {
     EXPECT_EQ(namesIn(children), "E B D A C");
 }
 
-TEST(Frame, RemovalKeepsTheOldParentLinkAndTheGuardCountsByTag) {
+TEST(Frame, RemovalKeepsTheOldParentLink) {
     Ref<IQVRCatalog> catalog = newCatalog();
     Ref<IQVRCatalogChapter> box = newChapter(catalog, "Box");
     Ref<IQVRCatalogPart> part = newPart(catalog, "M8");
@@ -157,18 +145,6 @@ TEST(Frame, RemovalKeepsTheOldParentLinkAndTheGuardCountsByTag) {
     // The DOM refuses what is not a child.
     EXPECT_EQ(box->removeChild(part, nullptr), E_INVALIDARG);
     EXPECT_EQ(box->removeChild(nullptr, nullptr), E_POINTER);
-
-    // A container with a guard refuses to give up the last child of a tag, counted under
-    // itself whether or not the argument is one of its children.
-    Ref<IQVRCatalogImage> first = newImage(catalog, "a.png"), second = newImage(catalog, "b.png");
-    Ref<IQVRCatalogImages> images;
-    ASSERT_EQ(catalog->createImages(first, &images), S_OK);
-    EXPECT_EQ(images->appendChild(part, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can only append an Image as a child of this object.");
-    EXPECT_EQ(images->removeChild(second, nullptr), E_FAIL);
-    EXPECT_EQ(lastError(), "You can't remove the last child of this object.");
-    EXPECT_EQ(images->removeChild(first, nullptr), E_FAIL);
-    EXPECT_EQ(childTags(images), "Image");
 }
 
 TEST(Frame, KeysAndContainment) {
@@ -198,9 +174,7 @@ TEST(Frame, KeysAndContainment) {
     EXPECT_EQ(contained, VARIANT_FALSE);
 
     // A key absent from the element: S_FALSE and no text.
-    Ref<IXMLDOMElement> element;
-    ASSERT_EQ(part->get_domNode(&element), S_OK);
-    ASSERT_EQ(element->removeAttribute("id"), S_OK);
+    ASSERT_EQ(elementOf(part)->removeAttribute("id"), S_OK);
     String key;
     EXPECT_EQ(part->get_key(&key), S_FALSE);
     EXPECT_TRUE(key.isNull());

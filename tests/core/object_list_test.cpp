@@ -113,9 +113,7 @@ TEST(ObjectList, KeysFollowChangesOfTheListAndOfTheDocument) {
         return list->get_item(Variant(String(key)), &item) == S_OK ? nameOf(item) : "-";
     };
     EXPECT_EQ(found(keyOf(t.b)), "B");
-    Ref<IXMLDOMElement> a, b;
-    ASSERT_EQ(t.a->get_domNode(&a), S_OK);
-    ASSERT_EQ(t.b->get_domNode(&b), S_OK);
+    Ref<IXMLDOMElement> a = elementOf(t.a), b = elementOf(t.b);
     const std::string oldKey = keyOf(t.a);
     ASSERT_EQ(a->setAttribute("id", "Key-1"), S_OK); // straight through the document
     EXPECT_EQ(found("KEY-1"), "A");
@@ -188,6 +186,7 @@ TEST(ObjectList, ListsKeepTheirRootAliveAndLeaveNothingBehind) {
         Ref<IQVRCatalogObjectList> list;
         {
             Tree t;
+            Listener listener(t.catalog);
             ASSERT_EQ(t.catalog->get_childNodes(&list), S_OK);
         }
         // The list still hears its catalog, which it keeps alive through its owner.

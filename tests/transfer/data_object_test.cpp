@@ -68,10 +68,8 @@ HRESULT unmarshal(const Bytes& packet, Ref<IQVRCatalogObject>* object) {
 
 // The object's text as UTF-16, cut to as many bytes as it has characters.
 Bytes halfText(IQVRCatalogObject* object) {
-    Ref<IXMLDOMElement> element;
-    object->get_domNode(&element);
     String xml;
-    element->get_xml(&xml);
+    elementOf(object)->get_xml(&xml);
     const std::u16string text = toUtf16(xml.view());
     Bytes bytes;
     for (char16_t c : text)
@@ -323,12 +321,9 @@ TEST_F(Transfer, SingleChildOfAnotherProcessGoesInAsACopy) {
     EXPECT_EQ(heard.take(), "changed Fasteners");
     Ref<IQVRCatalogLink> placed;
     ASSERT_EQ(catalog->get_link(&placed), S_OK);
-    Ref<IXMLDOMElement> inTree, given;
-    placed->get_domNode(&inTree);
-    foreign->get_domNode(&given);
-    EXPECT_NE(inTree.get(), given.get());
+    EXPECT_NE(elementOf(placed).get(), elementOf(foreign).get());
     String text;
-    inTree->get_xml(&text);
+    elementOf(placed)->get_xml(&text);
     EXPECT_NE(text.str().find("http://example.com/m8"), std::string::npos);
     Ref<IQVRCatalogObject> linkedTo;
     foreign->get_catalog(&linkedTo);

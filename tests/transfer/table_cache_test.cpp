@@ -96,10 +96,7 @@ TEST(TableCache, EachRequestWrapsTheCachedDocument) {
     ASSERT_EQ(c.tables->get_item("K1", &first), S_OK);
     ASSERT_EQ(c.tables->get_item(Variant(1), &second), S_OK);
     EXPECT_NE(first.get(), second.get());
-    Ref<IXMLDOMElement> firstRoot, secondRoot;
-    first->get_domNode(&firstRoot);
-    second->get_domNode(&secondRoot);
-    EXPECT_EQ(firstRoot.get(), secondRoot.get());
+    EXPECT_EQ(elementOf(first).get(), elementOf(second).get());
     EXPECT_EQ(columnNames(query<IQVRCatalogTable>(second)), "Length");
     // An item has no parent: the part that asks for its table links it.
     Ref<IQVRCatalogObject> parent;
@@ -111,9 +108,7 @@ TEST(TableCache, EachRequestWrapsTheCachedDocument) {
     Ref<IQVRCatalogTable> renamed;
     ASSERT_EQ(cache->getTableAs("K1", "NEWT", &renamed), S_OK);
     EXPECT_EQ(keyOf(renamed), "NEWT");
-    Ref<IXMLDOMElement> renamedRoot;
-    renamed->get_domNode(&renamedRoot);
-    EXPECT_EQ(renamedRoot.get(), firstRoot.get());
+    EXPECT_EQ(elementOf(renamed).get(), elementOf(first).get());
     EXPECT_EQ(keysIn(c.tables), "K1");
     EXPECT_EQ(cache->getTableAs(Variant(1), "X", &renamed), E_INVALIDARG);
     EXPECT_FALSE(renamed);

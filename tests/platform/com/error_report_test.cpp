@@ -17,7 +17,7 @@ ErrorInfo take() {
     return info;
 }
 
-TEST(ReportError, NumberedMessageKeepsGivenStatusAndFillsRecord) {
+TEST(ReportError, StatusAndRecordOfEachKindOfReport) {
     EXPECT_EQ(reportError(from, 116, E_FAIL), E_FAIL);
     ErrorInfo info = take();
     EXPECT_EQ(info.description, String("Internal error.\n\nObject not initialized."));
@@ -25,52 +25,51 @@ TEST(ReportError, NumberedMessageKeepsGivenStatusAndFillsRecord) {
     EXPECT_EQ(info.interface, String("IQVRCatalogPart"));
     EXPECT_TRUE(info.helpFile.isNull());
     EXPECT_EQ(info.helpContext, 0u);
-    // Reading clears the record.
-    EXPECT_FALSE(GetErrorInfo(&info));
-}
+    EXPECT_FALSE(GetErrorInfo(&info)); // reading clears the record
 
-TEST(ReportError, StatusZeroBecomesInterfaceFacilityOfTheNumber) {
-    EXPECT_EQ(reportError(from, 134, 0), makeStatus(0x80040000u | 134));
-    EXPECT_EQ(take().description, String("A child with the same id already exists."));
-    // A number not in the table: "Unknown Error", same status rule.
-    EXPECT_EQ(reportError(from, 999, 0), makeStatus(0x80040000u | 999));
-    EXPECT_EQ(take().description, String("Unknown Error"));
-    EXPECT_EQ(reportError(from, 0, 0), makeStatus(0x80040000u));
-    EXPECT_EQ(take().description, String("Unknown Error"));
-}
+    // A given status stays. Status 0 becomes the interface facility of a number that fits in
+    // 16 bits, DISP_E_EXCEPTION otherwise and for texts; a number not in the table reads as
+    // "Unknown Error".
+    const struct {
+        std::uint32_t number;
+        const char* text; // reported instead of the number when set
+        HRESULT given, status;
+        const char* description;
+    } reports[] = {
+        {134, nullptr, 0, makeStatus(0x80040000u | 134),
+         "A child with the same id already exists."},
+        {999, nullptr, 0, makeStatus(0x80040000u | 999), "Unknown Error"},
+        {0, nullptr, 0, makeStatus(0x80040000u), "Unknown Error"},
+        {70000, nullptr, 0, DISP_E_EXCEPTION, "Unknown Error"},
+        {70000, nullptr, E_INVALIDARG, E_INVALIDARG, "Unknown Error"},
+        {0, "Error while saving table /x.xml", 0, DISP_E_EXCEPTION,
+         "Error while saving table /x.xml"},
+        {0, "composed", QVR_E_NOTTABLE, QVR_E_NOTTABLE, "composed"},
+    };
+    for (const auto& r : reports) {
+        SCOPED_TRACE(r.number);
+        EXPECT_EQ(r.text ? reportError(from, String(r.text), r.given)
+                         : reportError(from, r.number, r.given),
+                  r.status);
+        EXPECT_EQ(take().description, String(r.description));
+    }
 
-TEST(ReportError, LargeNumbersAndTextsKeepTheirStatusOrGiveDispException) {
-    EXPECT_EQ(reportError(from, 70000, 0), DISP_E_EXCEPTION);
-    EXPECT_EQ(take().description, String("Unknown Error"));
-    EXPECT_EQ(reportError(from, 70000, E_INVALIDARG), E_INVALIDARG);
-    take();
-
-    EXPECT_EQ(reportError(from, String("Error while saving table /x.xml"), 0), DISP_E_EXCEPTION);
-    EXPECT_EQ(take().description, String("Error while saving table /x.xml"));
-    EXPECT_EQ(reportError(from, String("composed"), QVR_E_NOTTABLE), QVR_E_NOTTABLE);
-    take();
-}
-
-TEST(ReportError, HelpIsRecordedOnlyWithBothFileAndContext) {
+    // Help is recorded only with both a file and a context.
     reportError(from, 116, E_FAIL, 42, String("help.chm"));
-    ErrorInfo info = take();
+    info = take();
     EXPECT_EQ(info.helpContext, 42u);
     EXPECT_EQ(info.helpFile, String("help.chm"));
-
     reportError(from, 116, E_FAIL, 42, String());
     info = take();
     EXPECT_EQ(info.helpContext, 0u);
     EXPECT_TRUE(info.helpFile.isNull());
-
     reportError(from, 116, E_FAIL, 0, String("help.chm"));
     EXPECT_TRUE(take().helpFile.isNull());
-}
 
-TEST(ReportError, SourceMayBeLeftOutAndLatestReportWins) {
+    // The source may be left out; the latest report wins.
     reportError({nullptr, IID{"IQVRCatalog"}}, 102, E_FAIL);
     reportError(from, 136, E_FAIL);
-    ErrorInfo info = take();
-    EXPECT_EQ(info.description, String("You can't remove the last child of this object."));
+    EXPECT_EQ(take().description, String("You can't remove the last child of this object."));
     reportError({nullptr, IID{"IQVRCatalog"}}, 102, E_FAIL);
     EXPECT_TRUE(take().source.isNull());
 }

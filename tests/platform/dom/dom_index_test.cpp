@@ -315,43 +315,31 @@ TEST(DomIndex, ShapesFollowChangesInDocumentOrder) {
     EXPECT_EQ(textOf(selectOne(column, "*[@idref = 'R2']")), "1");
 }
 
-} // namespace
-} // namespace qvr
-
-namespace qvr::dom {
-namespace {
-
 TEST(DomIndex, RowsByPlaceFollowInsertionsAndRemovals) {
     auto doc = parseXml(kTable);
     auto unique = elementAt(doc, "/vCATTable/ColumnUnique");
-    const char* second = "/vCATTable/ColumnUnique/RowUnique[2]";
-    // A run of lookups by place is answered from the rows in order...
-    EXPECT_EQ(textOf(selectOne(doc, second)), "B");
-    EXPECT_EQ(textOf(selectOne(doc, second)), "B");
+    // Each answer is asked twice: a run of lookups by place is answered from the rows in order,
+    // which a new row, a removed row and a moved row all change.
+    auto second = [&] {
+        const std::string first = textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[2]"));
+        return first == textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[2]"))
+                   ? first
+                   : "(differs)";
+    };
+    EXPECT_EQ(second(), "B");
     EXPECT_EQ(textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[3]")), "C");
-    // ...which a new row, a removed row and a moved row all change.
-    Ref<IXMLDOMElement> fresh;
-    doc->createElement("RowUnique", &fresh);
-    fresh->put_text("New");
+    auto fresh = newElement(doc, "RowUnique", "New");
     Ref<IXMLDOMNode> first;
     unique->get_firstChild(&first);
     ASSERT_EQ(unique->insertBefore(fresh, first, nullptr), S_OK);
-    EXPECT_EQ(textOf(selectOne(doc, second)), "A");
-    EXPECT_EQ(textOf(selectOne(doc, second)), "A");
+    EXPECT_EQ(second(), "A");
     ASSERT_EQ(unique->removeChild(fresh, nullptr), S_OK);
-    EXPECT_EQ(textOf(selectOne(doc, second)), "B");
-    EXPECT_EQ(textOf(selectOne(doc, second)), "B");
+    EXPECT_EQ(second(), "B");
     ASSERT_EQ(unique->appendChild(first, nullptr), S_OK); // A moves behind C
-    EXPECT_EQ(textOf(selectOne(doc, second)), "C");
+    EXPECT_EQ(second(), "C");
     Ref<IXMLDOMNode> none;
     EXPECT_EQ(doc->selectSingleNode("/vCATTable/ColumnUnique/RowUnique[4]", &none), S_FALSE);
 }
-
-} // namespace
-} // namespace qvr::dom
-
-namespace qvr {
-namespace {
 
 // Each form the model builds its selections from is answered by the tables, with XPath's nodes.
 TEST(DomIndex, EveryModelFormIsAnsweredFromTheTables) {

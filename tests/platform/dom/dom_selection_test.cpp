@@ -53,28 +53,5 @@ TEST(DomSelection, SelectionsOfTheModel) {
     EXPECT_EQ(root->selectSingleNode("Chapter", nullptr), E_POINTER);
 }
 
-TEST(DomSelection, TableShapes) {
-    auto doc = parseXml("<vCATTable><ColumnUnique id='C0'>"
-                        "<RowUnique id='R1'>A-10</RowUnique><RowUnique id='R2'>A-20</RowUnique>"
-                        "</ColumnUnique>"
-                        "<Column id='C1'><Row idref='R2'>2</Row><Row idref='R1'>1</Row></Column>"
-                        "<ColumnView id='C2'><Drawing idref='R1'>d</Drawing></ColumnView>"
-                        "</vCATTable>");
-    auto unique = elementAt(doc, "/vCATTable/ColumnUnique");
-    auto column = elementAt(doc, "/vCATTable/Column");
-    EXPECT_EQ(attributeOf(elementAt(doc, "/vCATTable/ColumnUnique/RowUnique[. = 'A-20']"), "id"),
-              "R2");
-    EXPECT_EQ(textOf(selectOne(unique, "RowUnique[@id='R1']")), "A-10");
-    EXPECT_EQ(textOf(selectOne(doc, "/vCATTable/ColumnUnique/RowUnique[2]")), "A-20");
-    EXPECT_EQ(selectedValues(doc, "/vCATTable//*[@idref='R1']"), "1 d");
-    EXPECT_EQ(textOf(selectOne(column, "*[@idref = 'R1']")), "1");
-    EXPECT_EQ(textOf(selectOne(column, "*[@idref='R2']")), "2");
-    Ref<IXMLDOMNode> none;
-    EXPECT_EQ(doc->selectSingleNode("/vCATTable/ColumnUnique/RowUnique[. = 'A-30']", &none),
-              S_FALSE);
-    EXPECT_EQ(doc->selectSingleNode("/vCATTable/ColumnUnique/RowUnique[. = 'A'20']", &none),
-              E_FAIL);
-}
-
 } // namespace
 } // namespace qvr

@@ -17,21 +17,25 @@ String toPath(std::string_view u) {
 }
 
 TEST(Url, TellsUrlsAndRelativePaths) {
-    EXPECT_TRUE(url::isUrl("file:///data/x.xml"));
-    EXPECT_TRUE(url::isUrl("http://example.org/x"));
-    EXPECT_TRUE(url::isUrl("mailto:someone@example.org"));
-    EXPECT_FALSE(url::isUrl("C:\\data\\x.xml"));
-    EXPECT_FALSE(url::isUrl("/data/x.xml"));
-    EXPECT_FALSE(url::isUrl("x.xml"));
-    EXPECT_FALSE(url::isUrl(""));
-
-    EXPECT_TRUE(url::isRelative("tables/x.xml"));
-    EXPECT_TRUE(url::isRelative("..\\x.xml"));
-    EXPECT_TRUE(url::isRelative(""));
-    EXPECT_FALSE(url::isRelative("/data/x.xml"));
-    EXPECT_FALSE(url::isRelative("\\data\\x.xml"));
-    EXPECT_FALSE(url::isRelative("C:\\x.xml"));
-    EXPECT_FALSE(url::isRelative("file:///x.xml"));
+    const struct {
+        const char* text;
+        bool isUrl, isRelative;
+    } cases[] = {
+        {"file:///data/x.xml", true, false},
+        {"http://example.org/x", true, false},
+        {"mailto:someone@example.org", true, false},
+        {"C:\\data\\x.xml", false, false},
+        {"/data/x.xml", false, false},
+        {"\\data\\x.xml", false, false},
+        {"x.xml", false, true},
+        {"tables/x.xml", false, true},
+        {"..\\x.xml", false, true},
+        {"", false, true},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(url::isUrl(c.text), c.isUrl) << c.text;
+        EXPECT_EQ(url::isRelative(c.text), c.isRelative) << c.text;
+    }
 }
 
 TEST(Url, PathsAndUrlsRoundTrip) {

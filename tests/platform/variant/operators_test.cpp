@@ -16,16 +16,6 @@ struct BinaryCase {
     HRESULT hr;
     Variant expected;
 };
-
-void check(Binary op, const std::vector<BinaryCase>& cases) {
-    for (const BinaryCase& c : cases) {
-        SCOPED_TRACE(testing::Message() << "case at line " << c.line);
-        Variant out = Str("untouched");
-        EXPECT_EQ(op(c.l, c.r, &out), c.hr);
-        EXPECT_EQ(out, SUCCEEDED(c.hr) ? c.expected : Str("untouched"));
-    }
-}
-
 struct UnaryCase {
     int line;
     Variant v;
@@ -33,13 +23,21 @@ struct UnaryCase {
     Variant expected;
 };
 
-void check(Unary op, const std::vector<UnaryCase>& cases) {
-    for (const UnaryCase& c : cases) {
+// Runs each case through `call`; a failure leaves the result as it was.
+template <class Case, class Call>
+void run(const std::vector<Case>& cases, Call call) {
+    for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "case at line " << c.line);
         Variant out = Str("untouched");
-        EXPECT_EQ(op(c.v, &out), c.hr);
+        EXPECT_EQ(call(c, &out), c.hr);
         EXPECT_EQ(out, SUCCEEDED(c.hr) ? c.expected : Str("untouched"));
     }
+}
+void check(Binary op, const std::vector<BinaryCase>& cases) {
+    run(cases, [&](const BinaryCase& c, Variant* out) { return op(c.l, c.r, out); });
+}
+void check(Unary op, const std::vector<UnaryCase>& cases) {
+    run(cases, [&](const UnaryCase& c, Variant* out) { return op(c.v, out); });
 }
 
 const Variant kMissing = Variant::missing();
@@ -287,7 +285,8 @@ TEST(Operators, Round) {
         int decimals;
         HRESULT hr;
         Variant expected;
-    } const rows[] = {
+    };
+    const std::vector<Row> rows = {
         {__LINE__, R8(2.5), 0, S_OK, R8(2)},
         {__LINE__, R8(3.5), 0, S_OK, R8(4)},
         {__LINE__, R8(-2.5), 0, S_OK, R8(-2)},
@@ -310,12 +309,7 @@ TEST(Operators, Round) {
         {__LINE__, Null(), 0, S_OK, Null()},
         {__LINE__, R8(1.5), -1, E_INVALIDARG, {}},
     };
-    for (const Row& r : rows) {
-        SCOPED_TRACE(testing::Message() << "case at line " << r.line);
-        Variant out = Str("untouched");
-        EXPECT_EQ(varRound(r.v, r.decimals, &out), r.hr);
-        EXPECT_EQ(out, SUCCEEDED(r.hr) ? r.expected : Str("untouched"));
-    }
+    run(rows, [](const Row& r, Variant* out) { return varRound(r.v, r.decimals, out); });
 }
 
 TEST(Operators, LogicalWithNull) {
