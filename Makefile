@@ -1,7 +1,8 @@
 # The two commands of the project: `make demo` and `make test`. Both install the Debian packages
 # the build needs (when missing), configure, build, and run.
 
-PACKAGES := g++ cmake ninja-build pkg-config libxml2-dev libicu-dev libgtest-dev libbenchmark-dev python3
+PACKAGES := g++ cmake ninja-build pkg-config libxml2-dev libicu-dev libgtest-dev libbenchmark-dev python3 \
+            pybind11-dev python3-dev python3-pytest
 JOBS ?= $(shell nproc)
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
@@ -68,7 +69,7 @@ bench: deps
 	@for b in build/release/bench/*_bench; do echo "== $$b"; $$b; done
 
 format:
-	find include src tests tools bench -name '*.h' -o -name '*.cpp' | xargs clang-format -i
+	find include src tests tools bench python -name '*.h' -o -name '*.cpp' | xargs clang-format -i
 
 clean:
 	rm -rf build

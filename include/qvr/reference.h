@@ -16,6 +16,8 @@
 
 namespace qvr {
 
+class IQVRCatalog;
+
 class QVR_API IQVRCatalogReference : public IQVRCatalogObject {
 public:
     QVR_INTERFACE_ID(IQVRCatalogReference)
@@ -38,12 +40,17 @@ public:
     // From the last dot on, the dot included; S_FALSE when the name has no dot.
     virtual HRESULT get_extension(String* extension) = 0;
     // The folder part of a relative pointer, up to and including its last separator; empty for a
-    // URL or an absolute path.
+    // URL or an absolute path. A relative pointer without a separator after its first character
+    // gives that first character alone ("a.png" gives "a"), as the original cut falls: split
+    // get_url yourself where that matters.
     virtual HRESULT get_directory(String* directory) = 0;
-    // Moves the file to `baseUrl` + `relativeDir` + `fileName`, making missing folders, and then
-    // rewrites the pointer to `relativeDir` + `fileName`. The source is deleted only once the
-    // copy is complete. A table document is not copied: its part is pointed at the new place,
-    // and the next save writes it there.
+    // Moves the file to `baseUrl` + `relativeDir` + `fileName` (`baseUrl` a "file" URL or an
+    // absolute path), making missing folders, and then rewrites the pointer to `relativeDir` +
+    // `fileName`. The source is deleted only once the copy is whole, on the disk and pointed at.
+    // A copy onto the file itself does nothing and answers S_FALSE. A failure answers
+    // 0x80070000 plus the system's error number with "Unable to copy file ..." and the reason,
+    // and leaves file and pointer as they were. A table document is not copied: its part is
+    // pointed at the new place, and the next save writes it there. Links answer S_FALSE.
     virtual HRESULT moveTo(const String& baseUrl, const String& relativeDir, const String& fileName,
                            VARIANT_BOOL overwrite) = 0;
     // As moveTo, leaving the source in place; a table document is copied only with `copyFile`.
@@ -55,5 +62,22 @@ public:
     // The object through which the pointer is read and written; S_FALSE when bound to nothing.
     virtual HRESULT get_object(Ref<IQVRCatalogObject>* object) = 0;
 };
+
+// Copies a catalog and every file it points at (deep: its tables and what they point at too)
+// into `folder` (a path or a "file" URL), and saves the catalog there as `fileName` with its
+// tables. Each file keeps its place relative to the catalog, or to its table; a file named by an
+// absolute path or a "file" URL comes into the folder (or its table's folder) and its pointer
+// becomes relative. Links and files of other schemes stay as they are.
+//
+// Afterwards the catalog object is the catalog in `folder`. With `move` the old files, and the
+// file the catalog was loaded from if its folder is still the catalog's base, are removed, but
+// only once everything has been copied, saved and flushed to the disk. A failure before that
+// removes the copies made so far and puts every pointer back, so that every file is at its old
+// place with its old pointer or at its new place with its new one, never neither; the failure's
+// status and report are those of the step that failed. A catalog with a part whose table does
+// not open is refused (E_FAIL) before anything is done. Two pointers to one file are copied once
+// and both follow it.
+QVR_API HRESULT RelocateCatalog(IQVRCatalog* catalog, const String& folder, const String& fileName,
+                                VARIANT_BOOL move);
 
 } // namespace qvr

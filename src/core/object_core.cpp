@@ -175,13 +175,13 @@ HRESULT ObjectCore::baseDataObject(Ref<IDataObject>* dataObject) noexcept {
     });
 }
 
-HRESULT ObjectCore::baseReferencedFiles(VARIANT_BOOL, Ref<IQVRCatalogObjectList>* files) noexcept {
+HRESULT ObjectCore::baseReferencedFiles(VARIANT_BOOL flag,
+                                        Ref<IQVRCatalogObjectList>* files) noexcept {
     return guarded([&] {
         if (!files) return E_POINTER;
         *files = nullptr;
         if (!initialized()) return notInitialized();
-        // The collection of referenced files arrives with the file services.
-        return E_NOTIMPL;
+        return collectReferencedFiles(self(), flag, files);
     });
 }
 

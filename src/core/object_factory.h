@@ -59,4 +59,9 @@ Creator creatorOfTag(std::string_view tag);
 // A new data object that offers `object` in the transfer formats. Defined with the transfer.
 HRESULT createDataObject(IQVRCatalogObject* object, Ref<IDataObject>* dataObject);
 
+// A new list of the file pointers found from `object` down, `deep` (VARIANT_TRUE alone) going
+// into the tables of parts. Defined with the transfer.
+HRESULT collectReferencedFiles(IQVRCatalogObject* object, VARIANT_BOOL deep,
+                               Ref<IQVRCatalogObjectList>* files);
+
 } // namespace qvr

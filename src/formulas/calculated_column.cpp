@@ -115,6 +115,40 @@ HRESULT Column::calculate(const Variant& row, Variant* result) {
     });
 }
 
+class Column::ColumnSeries final : public Series {
+public:
+    explicit ColumnSeries(Column& column)
+        : column_(column), columns_(column.ownerDocument()), host_(column) {
+        columns_.followRows();
+        formulaStatus_ = column.get_expression(&formula_);
+        if (formulaStatus_ == S_OK && !formula_.isEmpty())
+            run_ = std::make_unique<FormulaRun>(columns_, host_, formula_);
+    }
+
+    HRESULT calculateAt(const String& rowId, Variant* result) override {
+        if (!result) return E_POINTER;
+        return guarded([&] {
+            *result = Variant();
+            if (!column_.initialized()) return column_.notInitialized();
+            // What calculate() does once it has the row's id.
+            if (formulaStatus_ != S_OK) return formulaStatus_;
+            return run_ ? run_->evaluate(rowId, result) : S_OK;
+        });
+    }
+
+private:
+    Column& column_;
+    DocumentColumns columns_;
+    ColumnHost host_;
+    HRESULT formulaStatus_ = S_OK;
+    String formula_;
+    std::unique_ptr<FormulaRun> run_;
+};
+
+std::unique_ptr<Column::Series> Column::startSeries() {
+    return std::make_unique<ColumnSeries>(*this);
+}
+
 HRESULT Column::findRow(const Variant& row, Ref<IXMLDOMElement>* found) {
     RowTool tool(element());
     HRESULT hr;

@@ -7,6 +7,8 @@
 // .Expression, .Visible, .Key, .ObjectType). Nothing can be changed or calculated from a formula.
 #pragma once
 
+#include <memory>
+
 #include <qvr/table_columns.h>
 
 #include "tables/table_column_object.h"
@@ -23,6 +25,19 @@ public:
     HRESULT put_expression(const String& expression) override;
     HRESULT calculate(const Variant& row, Variant* result) override;
 
+    // Rows calculated one after another while no one but the caller changes the table, as a
+    // freeze does: the formula is read and the columns are listed once, the formula is compiled
+    // once for all rows, and the cells are followed in step. Each row answers what calculate()
+    // answers for its key.
+    class Series {
+    public:
+        virtual ~Series() = default;
+        // The value at the row with id `rowId`, for a row that calculate() finds by its key (no
+        // row before it has that key). No row is asked for twice.
+        virtual HRESULT calculateAt(const String& rowId, Variant* result) = 0;
+    };
+    std::unique_ptr<Series> startSeries();
+
     // --- IScriptObject: the column as formulas see it ------------------------------------------
     HRESULT invoke(const String& name, const Variant* args, int argc, Variant* result) override;
 
@@ -31,6 +46,8 @@ public:
     std::uint32_t Release() override { return ObjectBase::Release(); }
 
 private:
+    class ColumnSeries;
+
     // The row element that `row` names: by key for a text, else by one-based index.
     HRESULT findRow(const Variant& row, Ref<IXMLDOMElement>* found);
     // The value of `formula` at the row with id `rowId`.

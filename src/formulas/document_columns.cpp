@@ -20,6 +20,10 @@ bool isStringColumn(IXMLDOMElement* column) {
 
 HRESULT DocumentColumns::count(std::int32_t* count) {
     *count = 0;
+    if (following_ && listed_) {
+        *count = static_cast<std::int32_t>(columns_.size());
+        return S_OK;
+    }
     columns_.clear();
     if (!document_) return E_FAIL;
     Ref<IXMLDOMNodeList> list;
@@ -39,6 +43,7 @@ HRESULT DocumentColumns::count(std::int32_t* count) {
             column.isConst = tag == "ColumnConst";
     }
     *count = length;
+    listed_ = true;
     return S_OK;
 }
 
@@ -65,11 +70,35 @@ HRESULT DocumentColumns::name(std::int32_t index, String* name) {
     return c->nameStatus;
 }
 
+DocumentColumns::Column& DocumentColumns::detailed(std::int32_t index) {
+    Column& c = columns_[static_cast<std::size_t>(index)];
+    if (!c.detailsRead) {
+        c.detailsRead = true;
+        c.isString = isStringColumn(c.element);
+        c.fitsSelection = fitsSelection(c.name);
+    }
+    return c;
+}
+
+bool DocumentColumns::nameFits(const String& name) {
+    // Names are looked up by the names the columns have: the answer is the column's.
+    const auto count = static_cast<std::int32_t>(columns_.size());
+    for (std::int32_t i = 0; i < count; ++i) {
+        const Column* c = column(i);
+        if (c->nameStatus == S_OK && c->name == name) return detailed(i).fitsSelection;
+    }
+    return fitsSelection(name);
+}
+
 FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& rowId) {
     Lookup found;
+    if (cellPath_.isNull() || cellRow_ != rowId) {
+        cellRow_ = rowId;
+        cellPath_ = selectionWithValue(dom::forms::childByIdref, rowId);
+    }
+    const String& cellPath = cellPath_;
     // For the document this is one selection with both the name and the row id pasted in.
-    const String cellPath = selectionWithValue(dom::forms::childByIdref, rowId);
-    if (cellPath.isNull() || !fitsSelection(name)) {
+    if (cellPath.isNull() || !nameFits(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }
@@ -78,6 +107,14 @@ FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& r
     const auto count = static_cast<std::int32_t>(columns_.size());
     for (std::int32_t i = 0; i < count; ++i) {
         if (!isNamed(i, false, name)) continue;
+        if (following_) {
+            if (Ref<IXMLDOMNode> node = cellInStep(detailed(i), rowId)) {
+                found.outcome = Lookup::Found;
+                found.status = node->get_text(&found.text);
+                found.isString = detailed(i).isString;
+                return found;
+            }
+        }
         IXMLDOMElement* column = columns_[static_cast<std::size_t>(i)].element;
         Ref<IXMLDOMNodeList> cells;
         if (FAILED(column->selectNodes(cellPath, &cells))) {
@@ -94,16 +131,35 @@ FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& r
                 continue;
             found.outcome = Lookup::Found;
             found.status = node->get_text(&found.text);
-            found.isString = isStringColumn(column);
+            found.isString = detailed(i).isString;
             return found;
         }
     }
     return found;
 }
 
+Ref<IXMLDOMNode> DocumentColumns::cellInStep(Column& c, const String& rowId) {
+    for (;;) {
+        Ref<IXMLDOMNode> node;
+        const HRESULT hr =
+            c.passed ? c.passed->get_nextSibling(&node) : c.element->get_firstChild(&node);
+        if (hr != S_OK || !node) return nullptr;
+        Ref<IXMLDOMElement> cell = query<IXMLDOMElement>(node);
+        String tag, idref;
+        // A node that is no cell of a row is never an answer, and is passed.
+        if (cell && cell->get_nodeName(&tag) == S_OK && tag == "Row" &&
+            cell->getAttribute("idref", &idref) == S_OK) {
+            if (idref != rowId) return nullptr; // some other row's: it stays ahead
+            c.passed = node;
+            return node;
+        }
+        c.passed = node;
+    }
+}
+
 FormulaColumns::Lookup DocumentColumns::constant(const String& name) {
     Lookup found;
-    if (!fitsSelection(name)) {
+    if (!nameFits(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }
@@ -113,7 +169,7 @@ FormulaColumns::Lookup DocumentColumns::constant(const String& name) {
         IXMLDOMElement* column = columns_[static_cast<std::size_t>(i)].element;
         found.outcome = Lookup::Found;
         found.status = column->getAttribute("constant", &found.text);
-        found.isString = isStringColumn(column);
+        found.isString = detailed(i).isString;
         return found;
     }
     return found;

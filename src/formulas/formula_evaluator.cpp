@@ -1,7 +1,11 @@
 #include "formulas/formula_evaluator.h"
 
 #include <array>
+#include <memory>
+#include <string>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
 
 #include "formulas/active_script.h"
 #include "formulas/formula_tokens.h"
@@ -50,6 +54,50 @@ HRESULT FormulaEvaluator::substitute(FormulaColumns& columns, const String& rowI
 HRESULT FormulaEvaluator::evaluate(FormulaColumns& columns, Host& host, const String& rowId,
                                    const String& formula, Variant* result) {
     return guarded([&] {
+        if (FormulaTemplate* shape = templateFor(columns, formula)) {
+            bool handled = false;
+            const HRESULT hr = shape->evaluate(columns, rowId, result, &handled);
+            if (handled) return hr;
+        }
+        return evaluateText(columns, host, rowId, formula, result);
+    });
+}
+
+bool FormulaEvaluator::listNames(FormulaColumns& columns, std::vector<String>* names) {
+    std::int32_t count = 0;
+    if (columns.count(&count) != S_OK) return false;
+    names->assign(static_cast<std::size_t>(count), String());
+    for (std::int32_t i = 0; i < count; ++i)
+        columns.name(i, &(*names)[static_cast<std::size_t>(i)]);
+    return true;
+}
+
+FormulaTemplate* FormulaEvaluator::templateFor(FormulaColumns& columns, const String& formula) {
+    // Templates by formula, names and locale: what a template is made of, so one found here is
+    // the one that would be made. Per thread, bounded as the parse cache is.
+    constexpr std::size_t kMaxTemplates = 1024;
+    thread_local std::unordered_map<std::string, std::unique_ptr<FormulaTemplate>> templates;
+    std::vector<String> names;
+    if (formula.isNull() || !listNames(columns, &names)) return nullptr;
+    const LCID lcid = GetUserLocale();
+    // Each text with its length in front, so that no two lists make one key.
+    std::string key = std::to_string(lcid) + ' ' + std::to_string(formula.byteLength()) + ' ';
+    key += formula.view();
+    for (const String& name : names) {
+        key += ' ' + std::to_string(name.byteLength()) + ' ';
+        key += name.view();
+    }
+    auto found = templates.find(key);
+    if (found != templates.end()) return found->second.get();
+    if (templates.size() >= kMaxTemplates) templates.clear();
+    // A formula that makes no template is remembered as such.
+    return templates.emplace(std::move(key), FormulaTemplate::build(formula, names, lcid))
+        .first->second.get();
+}
+
+HRESULT FormulaEvaluator::evaluateText(FormulaColumns& columns, Host& host, const String& rowId,
+                                       const String& formula, Variant* result) {
+    return guarded([&] {
         String working;
         HRESULT hr = substitute(columns, rowId, formula, &working);
         if (hr != S_OK) return hr;
@@ -94,6 +142,26 @@ String FormulaEvaluator::errorText(const String& description, const String& form
         text += '\n';
     }
     return String(std::move(text));
+}
+
+FormulaRun::FormulaRun(FormulaColumns& columns, FormulaEvaluator::Host& host, const String& formula)
+    : columns_(columns), host_(host), formula_(formula) {
+    guarded([&] {
+        std::vector<String> names;
+        if (FormulaEvaluator::listNames(columns_, &names))
+            template_ = FormulaTemplate::build(formula_, names, GetUserLocale());
+        return S_OK;
+    });
+}
+
+HRESULT FormulaRun::evaluate(const String& rowId, Variant* result) {
+    if (template_) {
+        bool handled = false;
+        const HRESULT hr =
+            guarded([&] { return template_->evaluate(columns_, rowId, result, &handled); });
+        if (handled || FAILED(hr)) return hr;
+    }
+    return FormulaEvaluator::evaluateText(columns_, host_, rowId, formula_, result);
 }
 
 } // namespace qvr

@@ -9,11 +9,15 @@
 // formula, the text as it was evaluated, the column, the table's description and the part.
 #pragma once
 
+#include <memory>
+#include <vector>
+
 #include <qvr/com.h>
 #include <qvr/string.h>
 #include <qvr/variant.h>
 
 #include "formulas/formula_columns.h"
+#include "formulas/formula_template.h"
 #include "platform/com/error_report.h"
 
 namespace qvr {
@@ -45,14 +49,43 @@ public:
 
     // Substitution, then the engine. `result` (cleared by the caller) receives the value. A
     // refused text is reported through the error record under the engine's status, which is
-    // returned; failures before the engine runs are returned without a message.
+    // returned; failures before the engine runs are returned without a message. A formula met
+    // before with the same column names is not cut and compiled again: its template, kept per
+    // thread, gives the same answer (see FormulaTemplate).
     static HRESULT evaluate(FormulaColumns& columns, Host& host, const String& rowId,
                             const String& formula, Variant* result);
+    // The same by pasting the values into the text and handing it to a fresh engine.
+    static HRESULT evaluateText(FormulaColumns& columns, Host& host, const String& rowId,
+                                const String& formula, Variant* result);
 
     // The text reported when the engine refuses a formula.
     static String errorText(const String& description, const String& formula, const String& working,
                             const String& columnName, const String& tableText,
                             const String& partText);
+
+    // The names of the columns as `columns` lists them now (a column without one gives an empty
+    // name); false when they cannot be listed.
+    static bool listNames(FormulaColumns& columns, std::vector<String>* names);
+
+private:
+    // The template of `formula` for the columns as `columns` lists them now, or null.
+    static FormulaTemplate* templateFor(FormulaColumns& columns, const String& formula);
+};
+
+// One formula evaluated row after row over one listing of columns that nothing changes meanwhile
+// (a freeze, where no one else runs). The columns are listed once, and the formula is compiled
+// once as a template; each row answers exactly what FormulaEvaluator::evaluate would.
+class FormulaRun {
+public:
+    FormulaRun(FormulaColumns& columns, FormulaEvaluator::Host& host, const String& formula);
+
+    HRESULT evaluate(const String& rowId, Variant* result);
+
+private:
+    FormulaColumns& columns_;
+    FormulaEvaluator::Host& host_;
+    const String& formula_;
+    std::unique_ptr<FormulaTemplate> template_;
 };
 
 } // namespace qvr

@@ -96,6 +96,26 @@ void Parser::compileInto(std::string_view text, LCID lcid, Program& out) {
     p.run();
 }
 
+void Parser::compileTemplate(std::string_view text, std::span<const std::uint32_t> holes, LCID lcid,
+                             Program& out, std::vector<std::uint32_t>* holeConstants) {
+    holeConstants->clear();
+    out = Program{};
+    out.lcid = lcid;
+    Parser p(text, lcid, out);
+    p.holes_ = holes;
+    p.holeConstants_ = holeConstants;
+    p.run();
+    // Every hole must have been read as a literal operand.
+    if (holeConstants->size() != holes.size()) throw ScriptError(kSyntaxError);
+}
+
+bool Parser::atHole() const {
+    if (holes_.empty()) return false;
+    // A string token's position is that of its text, behind the opening quote.
+    const std::uint32_t start = tok_.kind == Tok::String ? tok_.pos - 1 : tok_.pos;
+    return std::binary_search(holes_.begin(), holes_.end(), start);
+}
+
 void Parser::run() {
     // Formula text is UTF-8 throughout, in strings and comments as well: a byte that breaks it
     // is refused where it stands rather than carried into a value.
@@ -173,6 +193,9 @@ Parser::Operand Parser::parseSigned() {
     Operand operand = tok_.kind == Tok::Not ? parseUnary() : parseSigned();
     leave();
     if (!negate) return operand;
+    if (holeConstants_ && !holeConstants_->empty() && operand.literal &&
+        program_->code.back().op == Op::Const && program_->code.back().a == holeConstants_->back())
+        throw ScriptError(kSyntaxError, {}, static_cast<std::int32_t>(tok_.pos));
     emitUnary(Op::Neg);
     // A negative number literal stays a literal.
     const Instr& last = program_->code.back();
@@ -181,6 +204,14 @@ Parser::Operand Parser::parseSigned() {
 }
 
 Parser::Operand Parser::parsePrimary() {
+    if ((tok_.kind == Tok::Integer || tok_.kind == Tok::Float || tok_.kind == Tok::String) &&
+        atHole()) {
+        // Its value comes later; until then it is a constant of its own.
+        emitConst();
+        holeConstants_->push_back(program_->code.back().a);
+        advance();
+        return Operand{true};
+    }
     switch (tok_.kind) {
     case Tok::Integer:
         if (tok_.longType)
@@ -349,6 +380,11 @@ bool Parser::tailIsConst(int count) const {
     const auto& code = program_->code;
     if (static_cast<int>(code.size()) < count) return false;
     std::size_t pool = program_->constants.size();
+    // A hole is never folded: holes are the latest constants they were when made, and folding
+    // only ever takes constants from the end of the pool.
+    if (holeConstants_ && !holeConstants_->empty() &&
+        holeConstants_->back() + static_cast<std::size_t>(count) >= pool)
+        return false;
     for (int i = 0; i < count; ++i) {
         const Instr& in = code[code.size() - static_cast<std::size_t>(count) + i];
         if (in.op != Op::Const || in.a != pool - static_cast<std::size_t>(count) + i) return false;

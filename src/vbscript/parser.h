@@ -5,7 +5,9 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string_view>
+#include <vector>
 
 #include "vbscript/lexer.h"
 #include "vbscript/program.h"
@@ -20,6 +22,13 @@ public:
     // The same into `out`, which is cleared first and keeps its capacity: a caller that
     // compiles many texts one after the other reuses one program's storage.
     static void compileInto(std::string_view text, LCID lcid, Program& out);
+    // Compiles `text` in which a literal starts at each offset of `holes` (ascending) whose value
+    // is only known later. Each such literal becomes a constant of its own that nothing is folded
+    // with; `holeConstants` receives their indices in the pool, in the order of `holes`. Throws
+    // ScriptError as compile() does, and also when a sign applies straight to a hole: whether the
+    // signed value still counts as a literal then depends on the value.
+    static void compileTemplate(std::string_view text, std::span<const std::uint32_t> holes,
+                                LCID lcid, Program& out, std::vector<std::uint32_t>* holeConstants);
 
 private:
     // What the caller of a parse step needs to know of the sub-expression just emitted.
@@ -57,6 +66,8 @@ private:
     void emitUnary(Op op);
     void emit(Instr instr, int pops, int pushes);
     bool tailIsConst(int count) const;
+    // Whether the current token is a literal that starts at a hole.
+    bool atHole() const;
     std::uint32_t addName(std::string text, std::uint32_t member);
 
     Lexer lexer_;
@@ -65,6 +76,8 @@ private:
     Program* program_;
     int depth_ = 0;
     std::uint32_t stack_ = 0;
+    std::span<const std::uint32_t> holes_;
+    std::vector<std::uint32_t>* holeConstants_ = nullptr;
 };
 
 } // namespace qvr::vbscript

@@ -1,5 +1,7 @@
 // Freezing: every calculated column becomes a plain column of its values at each row, with its
 // description and a new id, standing where it stood.
+#include <regex>
+
 #include "formulas/formula_fixture.h"
 
 namespace qvr::testing {
@@ -114,6 +116,54 @@ TEST(FreezingWithoutRows, AnswersFalseAndKeepsTheColumns) {
     ASSERT_EQ(CreateCatalogTable(&empty), S_OK);
     EXPECT_EQ(empty->freezeCalculatedColumns(&ok), E_FAIL);
     EXPECT_EQ(lastError(), "Internal error.\n\nObject not initialized.");
+}
+
+// With no one listening a freeze writes its cells itself, following the rows in step; it must
+// leave exactly the table that making and appending each cell through the table leaves, which
+// is what it does while someone listens.
+TEST(FreezingUnheard, LeavesWhatTheTableWouldLeave) {
+    // Column A lacks a cell for R2 (a second column A has it), holds R5's cell before R4's and a
+    // non-cell with an idref; B has two cells for R3, one before R2's; the texts are words,
+    // signed numbers and spaced text; V names its own column, which fills while it freezes.
+    const std::string body =
+        R"(<ColumnUnique id="C0"><RowUnique id="R1">K1</RowUnique><RowUnique id="R2">K2</RowUnique>)"
+        R"(<RowUnique id="R3">K3</RowUnique><RowUnique id="R4">K4</RowUnique>)"
+        R"(<RowUnique id="R5">K5</RowUnique></ColumnUnique>)"
+        R"(<Column id="C1" name="A" dataType="float"><Note idref="R1">9</Note><Row idref="R1">2.5</Row>)"
+        R"(<Row idref="R3">-3</Row><Row idref="R5">1e3</Row><Row idref="R4">abc</Row></Column>)"
+        R"(<Column id="C2" name="S" dataType="string"><Row idref="R1">x y</Row><Row idref="R2">M8</Row>)"
+        R"(<Row idref="R3"></Row><Row idref="R4">e3</Row><Row idref="R5">a,b</Row></Column>)"
+        R"(<Column id="C3" name="A" dataType="int"><Row idref="R2">7</Row></Column>)"
+        R"(<ColumnConst id="C4" name="K" dataType="float" constant="10"/>)"
+        R"(<Column id="C7" name="B" dataType="int"><Row idref="R1">1</Row><Row idref="R3">30</Row>)"
+        R"(<Row idref="R2">2</Row><Row idref="R3">31</Row></Column>)"
+        R"(<ColumnCalc id="C5" name="W" dataType="float" expression="A * 2 + K + B"/>)"
+        R"(<ColumnCalc id="C6" name="V" dataType="string" expression="A &amp; &quot;-&quot; &amp; S &amp; V &amp; W"/>)";
+    const std::string duplicateKey =
+        R"(<ColumnUnique id="C0"><RowUnique id="R1">K1</RowUnique><RowUnique id="R2">K1</RowUnique>)"
+        R"(</ColumnUnique><Column id="C1" name="A" dataType="int"><Row idref="R1">1</Row>)"
+        R"(<Row idref="R2">2</Row></Column><ColumnCalc id="C2" name="W" dataType="int" expression="A + 1"/>)";
+    for (const std::string& xml : {body, duplicateKey}) {
+        std::string answers[2];
+        for (int listening = 0; listening < 2; ++listening) {
+            Ref<IQVRCatalogTable> table;
+            ASSERT_EQ(CreateCatalogTable(&table), S_OK);
+            VARIANT_BOOL ok = VARIANT_FALSE;
+            ASSERT_EQ(
+                table->loadXML("<vCATTable version=\"1.2\">" + xml + "</vCATTable>", "", 0, &ok),
+                S_OK);
+            std::unique_ptr<TableListener> listener;
+            if (listening) listener = std::make_unique<TableListener>(table);
+            const HRESULT hr = table->freezeCalculatedColumns(&ok);
+            String text;
+            table->get_xml(&text);
+            // The frozen columns' new ids differ from run to run.
+            answers[listening] =
+                std::to_string(hr) + " " + std::to_string(ok) + " " +
+                std::regex_replace(text.str(), std::regex("id=\"C[0-9a-f]{3,}\""), "id=\"new\"");
+        }
+        EXPECT_EQ(answers[0], answers[1]);
+    }
 }
 
 } // namespace

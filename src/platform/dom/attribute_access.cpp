@@ -108,7 +108,7 @@ bool AttributeAccess::isTracked(xmlAttrPtr attribute) {
 
 xmlAttrPtr AttributeAccess::find(xmlNodePtr element, std::string_view name) {
     if (name.find(':') == std::string_view::npos) {
-        // No prefix: a plain attribute of that name, the common case.
+        // A name without prefix (the usual case) is a plain attribute's, compared in place.
         for (xmlAttrPtr attr = element->properties; attr; attr = attr->next)
             if (!attr->ns && equals(attr->name, name)) return attr;
         return nullptr;

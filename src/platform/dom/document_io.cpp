@@ -1,12 +1,9 @@
 #include "platform/dom/document_io.h"
 
-#include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <climits>
 #include <cstring>
 #include <filesystem>
-#include <functional>
 #include <vector>
 
 #include <fcntl.h>
@@ -19,7 +16,7 @@
 
 #include "platform/dom/parse_limits.h"
 #include "platform/dom/quiet_errors.h"
-#include "platform/file/file_calls.h"
+#include "platform/file/replacing_write.h"
 #include "platform/url/url.h"
 
 namespace qvr::dom {
@@ -387,163 +384,18 @@ std::string DocumentIO::nodeXml(xmlNodePtr node) {
 
 namespace {
 
-// The steps of a save that can fail, in the order they run; the first failure ends the save.
-class ReplacingWrite {
-public:
-    ReplacingWrite(const std::string& path, std::string* reason)
-        : calls_(file::FileCalls::current()), target_(path), reason_(reason) {}
-
-    // `produce(write)` hands the file's bytes to `write` in pieces; `write` answers false once a
-    // write has failed, and the producer should then stop.
-    template <class Produce>
-    HRESULT run(Produce&& produce) {
-        if (!findTarget() || !checkTarget() || !openTemporary()) return status_;
-        bool written = true;
-        produce([&](std::string_view bytes) { return written = written && writeAll(bytes); });
-        if (!written || !flushAndClose() || !replace() || !flushFolder()) return status_;
-        return S_OK;
-    }
-
-    ~ReplacingWrite() {
-        if (fd_ >= 0) calls_.close(fd_);
-        if (!temporary_.empty()) ::unlink(temporary_.c_str());
-    }
-    ReplacingWrite(const ReplacingWrite&) = delete;
-    ReplacingWrite& operator=(const ReplacingWrite&) = delete;
-
-private:
-    bool fail(int error, const char* detail = nullptr) {
-        const FileFailure& failure = failureOf(error);
-        // A device that fails while the file is written: the write's fault, not the reader's.
-        status_ = error == EIO ? STG_E_WRITEFAULT : failure.status;
-        *reason_ = failure.reason;
-        *reason_ += detail ? std::string(" (") + detail + ")"
-                           : " (" + std::string(std::strerror(error)) + ")";
-        return false;
-    }
-
-    // A symbolic link is followed to the file it names, which is replaced; the link stays.
-    bool findTarget() {
-        struct stat info {};
-        if (::lstat(target_.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return true;
-        std::error_code error;
-        const auto named = std::filesystem::weakly_canonical(target_, error);
-        if (error) return fail(error.value());
-        target_ = named.string();
-        return true;
-    }
-
-    // An existing file that nobody may write (no write permission at all, as a read-only file
-    // has) is refused even where the system would let its folder be changed.
-    bool checkTarget() {
-        if (::stat(target_.c_str(), &existing_) != 0) {
-            if (errno != ENOENT) return fail(errno);
-            exists_ = false;
-            return true;
-        }
-        exists_ = true;
-        if (S_ISDIR(existing_.st_mode)) return fail(EISDIR);
-        if ((existing_.st_mode & 0222) == 0) return fail(EACCES, "the file is read-only");
-        if (::access(target_.c_str(), W_OK) != 0) return fail(errno);
-        return true;
-    }
-
-    // Beside the target, named for what it is: ".catalog.xml.qvr-save-Ab12Cd".
-    bool openTemporary() {
-        const std::filesystem::path target(target_);
-        folder_ = target.parent_path().string();
-        if (folder_.empty()) folder_ = ".";
-        static std::atomic<unsigned> counter{0};
-        static constexpr char letters[] =
-            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
-        std::uint64_t seed =
-            (static_cast<std::uint64_t>(::getpid()) << 32) ^
-            static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-        for (int attempt = 0; attempt < 64; ++attempt) {
-            std::uint64_t mix = (seed + counter.fetch_add(1)) * 0x9E3779B97F4A7C15ull;
-            std::string name = "." + target.filename().string() + ".qvr-save-";
-            for (int i = 0; i < 6; ++i, mix /= 62) name += letters[mix % 62];
-            const std::string path = (std::filesystem::path(folder_) / name).string();
-            fd_ = calls_.open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-            if (fd_ >= 0) {
-                temporary_ = path;
-                break;
-            }
-            if (errno != EEXIST) return fail(errno);
-        }
-        if (fd_ < 0) return fail(EEXIST);
-        if (exists_) {
-            // The new file takes the place of the old one with its owner and its mode; an owner
-            // that this process may not give stays its own.
-            (void)::fchown(fd_, existing_.st_uid, existing_.st_gid);
-            (void)::fchmod(fd_, existing_.st_mode & 07777);
-        }
-        return true;
-    }
-
-    bool writeAll(std::string_view bytes) {
-        std::size_t written = 0;
-        while (written < bytes.size()) {
-            const ssize_t put = calls_.write(fd_, bytes.data() + written, bytes.size() - written);
-            if (put < 0 && errno == EINTR) continue;
-            if (put < 0) return fail(errno);
-            if (put == 0) return fail(ENOSPC);
-            written += static_cast<std::size_t>(put);
-        }
-        return true;
-    }
-
-    // The data are on the disk before the name points at them, so that a crash leaves the old
-    // file or the new one, whole.
-    bool flushAndClose() {
-        if (calls_.fsync(fd_) != 0) return fail(errno);
-        const int fd = std::exchange(fd_, -1);
-        if (calls_.close(fd) != 0) return fail(errno);
-        return true;
-    }
-
-    bool replace() {
-        if (calls_.rename(temporary_.c_str(), target_.c_str()) != 0) return fail(errno);
-        temporary_.clear();
-        return true;
-    }
-
-    // The rename itself is on the disk before the save answers.
-    bool flushFolder() {
-        const int fd = calls_.open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
-        if (fd < 0) return fail(errno);
-        const bool flushed = calls_.fsync(fd) == 0 || errno == EINVAL; // EINVAL: not supported
-        const int error = errno;
-        calls_.close(fd);
-        return flushed || fail(error);
-    }
-
-    file::FileCalls& calls_;
-    std::string target_;
-    std::string* reason_;
-    std::string folder_;
-    std::string temporary_;
-    struct stat existing_ {};
-    bool exists_ = false;
-    int fd_ = -1;
-    HRESULT status_ = E_FAIL;
-};
-
 // Gathers the writer's small pieces into writes of a size the disk takes well, so that a large
 // document costs few system calls and is never held whole in memory.
 class BufferedFileSink {
 public:
-    explicit BufferedFileSink(std::function<bool(std::string_view)> write)
-        : write_(std::move(write)) {
-        buffer_.reserve(kSize);
-    }
+    explicit BufferedFileSink(file::ReplacingWrite& file) : file_(file) { buffer_.reserve(kSize); }
 
     static int write(void* context, const char* bytes, int length) {
         try {
             auto* sink = static_cast<BufferedFileSink*>(context);
             const std::string_view piece(bytes, static_cast<std::size_t>(length));
             if (sink->buffer_.size() + piece.size() > kSize && !sink->flush()) return -1;
-            if (piece.size() >= kSize) return sink->write_(piece) ? length : -1;
+            if (piece.size() >= kSize) return sink->put(piece) ? length : -1;
             sink->buffer_.append(piece);
             return length;
         } catch (...) {
@@ -552,31 +404,52 @@ public:
     }
     static int close(void*) { return 0; }
 
+    // Writes what was gathered; false once a write has failed.
     bool flush() {
-        const bool ok = buffer_.empty() || write_(buffer_);
+        const bool ok = buffer_.empty() || put(buffer_);
         buffer_.clear();
         return ok;
     }
+    // The errno of the failed write, or 0.
+    int error() const { return error_; }
 
 private:
+    bool put(std::string_view bytes) {
+        if (!error_) error_ = file_.write(bytes.data(), bytes.size());
+        return !error_;
+    }
+
     static constexpr std::size_t kSize = 1 << 16;
-    std::function<bool(std::string_view)> write_;
+    file::ReplacingWrite& file_;
     std::string buffer_;
+    int error_ = 0;
 };
 
 } // namespace
 
 HRESULT DocumentIO::saveReplacing(const std::string& path, xmlDocPtr doc, std::string* reason) {
-    return ReplacingWrite(path, reason).run([&](auto&& write) {
+    file::ReplacingWrite write(path);
+    int error = write.begin();
+    if (!error) {
         BufferedFileSink sink(write);
-        DeclarationNodesAside aside(doc);
-        xmlSaveCtxtPtr save = xmlSaveToIO(&BufferedFileSink::write, &BufferedFileSink::close, &sink,
-                                          "UTF-8", XML_SAVE_FORMAT);
-        if (!save) throw std::bad_alloc();
-        xmlSaveDoc(save, doc);
-        xmlSaveClose(save);
+        {
+            DeclarationNodesAside aside(doc);
+            xmlSaveCtxtPtr save = xmlSaveToIO(&BufferedFileSink::write, &BufferedFileSink::close,
+                                              &sink, "UTF-8", XML_SAVE_FORMAT);
+            if (!save) throw std::bad_alloc();
+            xmlSaveDoc(save, doc);
+            xmlSaveClose(save);
+        }
         sink.flush();
-    });
+        error = sink.error();
+    }
+    if (!error) error = write.commit();
+    if (!error) return S_OK;
+    const FileFailure& failure = failureOf(error);
+    *reason = failure.reason;
+    *reason += " (" + std::string(write.detail() ? write.detail() : std::strerror(error)) + ")";
+    // A device that fails while the file is written: the write's fault, not the reader's.
+    return error == EIO ? STG_E_WRITEFAULT : failure.status;
 }
 
 } // namespace qvr::dom

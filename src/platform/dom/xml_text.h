@@ -29,11 +29,13 @@ inline String takeString(xmlChar* text) {
 
 // The text of a node as XPath sees it (an element's: all its text below).
 inline String contentOf(xmlNodePtr node) {
-    // A single text child, as most values have, is read where it stands.
-    const xmlNodePtr only = node->children;
-    if ((node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) && only &&
-        !only->next && only->type == XML_TEXT_NODE)
-        return String(chars(only->content));
+    // Most elements and attributes hold one text or nothing: read in place, without gathering
+    // into a buffer.
+    if (node->type == XML_ELEMENT_NODE || node->type == XML_ATTRIBUTE_NODE) {
+        const xmlNodePtr child = node->children;
+        if (!child) return String("");
+        if (!child->next && child->type == XML_TEXT_NODE) return String(chars(child->content));
+    }
     return takeString(xmlNodeGetContent(node));
 }
 

@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace qvr::file {
@@ -16,6 +17,9 @@ std::atomic<FileCalls*> inUse{&systemCalls};
 int FileCalls::open(const char* path, int flags, mode_t mode) {
     return ::open(path, flags, mode);
 }
+ssize_t FileCalls::read(int fd, void* data, std::size_t size) {
+    return ::read(fd, data, size);
+}
 ssize_t FileCalls::write(int fd, const void* data, std::size_t size) {
     return ::write(fd, data, size);
 }
@@ -27,6 +31,13 @@ int FileCalls::close(int fd) {
 }
 int FileCalls::rename(const char* from, const char* to) {
     return ::rename(from, to);
+}
+
+int FileCalls::unlink(const char* path) {
+    return ::unlink(path);
+}
+int FileCalls::mkdir(const char* path, mode_t mode) {
+    return ::mkdir(path, mode);
 }
 
 FileCalls& FileCalls::current() {

@@ -165,6 +165,26 @@ HRESULT pathFromUrl(std::string_view text, String* path) {
     return S_OK;
 }
 
+bool localPath(std::string_view text, std::string* path) {
+    String converted;
+    if (isUrl(text)) {
+        if (pathFromUrl(text, &converted) != S_OK) return false;
+    } else if (isRelative(text)) {
+        return false;
+    } else {
+        converted = String(text);
+    }
+    *path = converted.str();
+    for (char& c : *path)
+        if (c == '\\') c = '/';
+    return true;
+}
+
+String fileUrlOf(std::string_view path) {
+    String url;
+    return urlFromPath(path, &url) == S_OK ? url : String(path);
+}
+
 HRESULT scheme(std::string_view text, String* out) {
     if (!out) return E_POINTER;
     *out = String();

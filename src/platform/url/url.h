@@ -20,6 +20,11 @@ HRESULT urlFromPath(std::string_view path, String* url);
 // A file URL as a path: percent-escapes decoded, "file://localhost/x" and "file:/x" accepted.
 // Another scheme fails with E_INVALIDARG.
 HRESULT pathFromUrl(std::string_view url, String* path);
+// The local path that `text` names: a "file" URL, or an absolute path as it stands; backslashes
+// become slashes. False for a URL of another scheme and for a relative path.
+bool localPath(std::string_view text, std::string* path);
+// The file URL of an absolute path; the path itself when it is none.
+String fileUrlOf(std::string_view path);
 // The scheme of a URL, without the colon ("file", "http"); E_INVALIDARG when there is none.
 HRESULT scheme(std::string_view url, String* out);
 
