@@ -2,7 +2,7 @@
 # the build needs (when missing), configure, build, and run.
 
 PACKAGES := g++ cmake ninja-build pkg-config libxml2-dev libicu-dev libgtest-dev libbenchmark-dev python3 \
-            pybind11-dev python3-dev python3-pytest
+            pybind11-dev python3-dev python3-pytest libcli11-dev nlohmann-json3-dev libcsv-dev
 JOBS ?= $(shell nproc)
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 

@@ -98,6 +98,16 @@ void bindCatalog(py::module_& m) {
         QVR_DO(findById), QVR_DO(objectFromDataObject), QVR_DO(unadvise));
     addCreator(b, &CreateCatalog, "A new catalog, not initialized yet.");
     addEvents(b);
+    m.def(
+        "RelocateCatalog",
+        [](IQVRCatalog* catalog, const String& folder, const String& fileName, bool move) {
+            ClearErrorInfo();
+            check(RelocateCatalog(catalog, folder, fileName, move ? VARIANT_TRUE : VARIANT_FALSE),
+                  "RelocateCatalog");
+        },
+        py::arg("catalog"), py::arg("folder"), py::arg("fileName"), py::arg("move") = false,
+        "Copies (or with move, moves) a catalog and every file it points at into `folder`, saved "
+        "there as `fileName`; on failure every file and pointer stays as it was.");
 }
 
 } // namespace

@@ -71,6 +71,16 @@ def test_built_saved_loaded_back_and_computed(tmp_path):
     mass = [column for column in table.childNodes if column.name == "Mass"][0]
     assert mass.calculate("M8x40") == pytest.approx(47.1)
 
+    # The catalog's files are listed deep (its part tables), and carried with it.
+    tables = [ref.url for ref in again.getReferencedFiles(True) if ref.kind == qvr.qvrPart]
+    assert tables == ["hex-bolt-m8.xml"]
+    qvr.RelocateCatalog(again, str(tmp_path / "copy"), "catalog.xml")
+    copied = qvr.Catalog()
+    assert copied.load(str(tmp_path / "copy" / "catalog.xml"))
+    table = copied.findById(m8.key).getTable()
+    mass = [column for column in table.childNodes if column.name == "Mass"][0]
+    assert mass.calculate("M8x40") == pytest.approx(47.1)
+
 
 def test_values_cross_in_their_python_types(tmp_path):
     catalog = build(tmp_path)

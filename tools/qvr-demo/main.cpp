@@ -21,7 +21,11 @@
 #include <qvr/qvr.h>
 #include <qvr/table.h>
 
+#include "counted.h"
+#include "object_names.h"
+
 using namespace qvr;
+using namespace qvr::tools;
 
 namespace {
 
@@ -87,34 +91,11 @@ std::string text(const Variant& value) {
     return shown.str().str();
 }
 
-std::string nameOf(IQVRCatalogObject* object) {
-    Variant name;
-    return object && object->getValue("@name", &name) == S_OK ? text(name) : "";
-}
-
-std::string keyOf(IQVRCatalogObject* object) {
-    String key;
-    if (object) object->get_key(&key);
-    return key.str();
-}
-
-QVRObjectType typeOf(IQVRCatalogObject* object) {
-    QVRObjectType type = qvrCatalog;
-    if (object) object->get_objectType(&type);
-    return type;
-}
-
 // A listener at the catalog: it writes down each change, with what changed.
-class Listener final : public IQVRCatalogEvents {
+class Listener final : public Counted<IQVRCatalogEvents> {
 public:
     std::vector<std::string> heard;
 
-    std::uint32_t AddRef() override { return ++refs_; }
-    std::uint32_t Release() override {
-        const std::uint32_t left = --refs_;
-        if (left == 0) delete this;
-        return left;
-    }
     HRESULT onObjectInserted(IQVRCatalogObject* object, const Variant&) override {
         return note("inserted", object);
     }
@@ -137,7 +118,6 @@ private:
         heard.push_back(std::string(what) + " " + subject);
         return S_OK;
     }
-    std::uint32_t refs_ = 0;
 };
 
 // --- 1. Building ---------------------------------------------------------------------------
