@@ -17,6 +17,7 @@
 // Last, the growth from 10,000 to 100,000 rows of every per-row figure (linear: 10; goal: 12).
 // Times are processor time, each the best of several rounds; memory is what malloc holds.
 #include <malloc.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -94,6 +95,14 @@ const char* tagOf(int c) {
     return c == 0 ? "string" : c % 2 ? "float" : "int";
 }
 
+// A row id of the shape the model gives its rows: "R" and 15 hexadecimal digits, so that both
+// documents carry the same bytes.
+std::string rowIdOf(int r) {
+    char id[24];
+    std::snprintf(id, sizeof id, "R%015llx", 0x1DB3F0000000000ull + static_cast<unsigned>(r));
+    return id;
+}
+
 // The plain document: what the model writes, made with libxml2 calls alone.
 xmlDocPtr buildPlain(int rows) {
     xmlDocPtr doc = xmlNewDoc(BAD_CAST "1.0");
@@ -113,7 +122,7 @@ xmlDocPtr buildPlain(int rows) {
     xmlNodePtr calculated = xmlNewChild(root, nullptr, BAD_CAST "ColumnCalc", nullptr);
     xmlSetProp(calculated, BAD_CAST "expression", BAD_CAST kFormula);
     for (int r = 0; r < rows; ++r) {
-        const std::string id = "R" + std::to_string(r);
+        const std::string id = rowIdOf(r);
         xmlNodePtr row =
             xmlNewTextChild(unique, nullptr, BAD_CAST "RowUnique", BAD_CAST keyOfRow(r).c_str());
         xmlSetProp(row, BAD_CAST "id", BAD_CAST id.c_str());
@@ -240,8 +249,10 @@ double calculateAll(IQVRTableCalculatedColumn* column, const std::vector<int>& o
 }
 
 void round(int rows, Figures& f) {
-    const std::string path =
-        (std::filesystem::temp_directory_path() / "qvr-scale-bench.xml").string();
+    // Named for the process: runs side by side must not write over each other's file.
+    const std::string path = (std::filesystem::temp_directory_path() /
+                              ("qvr-scale-bench-" + std::to_string(::getpid()) + ".xml"))
+                                 .string();
     const std::vector<int> inOrder = [&] {
         std::vector<int> order(static_cast<std::size_t>(rows));
         for (int r = 0; r < rows; ++r) order[static_cast<std::size_t>(r)] = r;

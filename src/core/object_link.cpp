@@ -8,24 +8,26 @@
 namespace qvr {
 
 HRESULT ObjectLink::set(IQVRCatalogObject* object) {
+    if (object && object == linked_) return S_OK; // linked already
     drop();
     if (!object) return S_OK;
-    return CookieTable::instance().registerInterface(object, &cookie_);
+    const HRESULT hr = CookieTable::instance().registerInterface(object, &cookie_);
+    if (hr == S_OK) linked_ = object;
+    return hr;
 }
 
 void ObjectLink::drop() {
+    linked_ = nullptr;
     if (cookie_) CookieTable::instance().revoke(std::exchange(cookie_, 0));
 }
 
 HRESULT ObjectLink::get(Ref<IQVRCatalogObject>* object, HRESULT withoutLink) const {
-    *object = nullptr;
-    return cookie_ ? CookieTable::instance().get(cookie_, object) : withoutLink;
+    *object = linked_;
+    return linked_ ? S_OK : withoutLink;
 }
 
 Ref<IQVRCatalogObject> ObjectLink::object() const {
-    Ref<IQVRCatalogObject> linked;
-    if (cookie_) CookieTable::instance().get(cookie_, &linked);
-    return linked;
+    return Ref<IQVRCatalogObject>(linked_);
 }
 
 HRESULT ObjectLink::handOut(Ref<IQVRCatalogObject>* object, HRESULT withoutLink) const noexcept {

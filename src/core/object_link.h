@@ -1,6 +1,7 @@
 // A link from one object of the model to another (its catalog, its parent) through a cookie of the
 // process's cookie table. The linked object stays alive until the link is replaced or dropped, so
-// a wrapper keeps its catalog and its parent alive while they hold nothing of it.
+// a wrapper keeps its catalog and its parent alive while they hold nothing of it. Linking the
+// object that is linked already changes nothing.
 #pragma once
 
 #include <cstdint>
@@ -31,6 +32,9 @@ public:
 
 private:
     std::uint32_t cookie_ = 0;
+    // The object the cookie holds alive, reached without a lookup in the table; null without a
+    // link.
+    IQVRCatalogObject* linked_ = nullptr;
 };
 
 } // namespace qvr

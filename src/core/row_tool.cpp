@@ -16,23 +16,18 @@
 namespace qvr {
 namespace {
 
-// The element that `head` `value` `tail` selects below `context`, as an element; S_FALSE and null
+// The element that `form` selects with `value` below `context`, as an element; S_FALSE and null
 // when nothing was found. A value that would end the quoted literal is refused unevaluated.
-HRESULT selectElement(IXMLDOMNode* context, std::string_view head, const String& value,
-                      std::string_view tail, Ref<IXMLDOMElement>* element) {
+HRESULT selectElement(IXMLDOMNode* context, const dom::IndexedForm& form, const String& value,
+                      Ref<IXMLDOMElement>* element) {
     if (!element) return E_POINTER;
     *element = nullptr;
     if (!context) return E_FAIL;
     Ref<IXMLDOMNode> node;
-    HRESULT hr = selectOneWithValue(context, head, value, tail, &node);
+    HRESULT hr = selectOneWithValue(context, form, value, &node);
     if (hr != S_OK) return hr;
     *element = query<IXMLDOMElement>(node);
     return *element ? S_OK : E_NOINTERFACE;
-}
-
-HRESULT selectElement(IXMLDOMNode* context, const dom::IndexedForm& form, const String& value,
-                      Ref<IXMLDOMElement>* element) {
-    return selectElement(context, form.head, value, form.tail, element);
 }
 
 HRESULT selectUniqueColumn(IXMLDOMNode* document, Ref<IXMLDOMElement>* uniqueColumn) {
@@ -86,12 +81,12 @@ HRESULT RowTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* cell
     String key;
     HRESULT hr = cell->get_key(&key);
     if (FAILED(hr)) return hr;
-    Ref<IXMLDOMElement> row;
-    if (FAILED(hr = findRowByValue(key, &row))) return hr;
-    if (row) {
+    String id; // of the row of the key, read without an object for the row
+    if (FAILED(hr = selectAttributeWithValue(ownerDocument_, dom::forms::tableRowByKey, key, "id",
+                                             &id)))
+        return hr;
+    if (hr == S_OK) {
         // A known row: the cell takes its id, unless this column has a cell for it already.
-        String id;
-        if (FAILED(hr = row->getAttribute("id", &id))) return hr;
         Ref<IXMLDOMNode> present;
         hr = selectOneWithValue(node_, dom::forms::childByIdref, id, &present);
         if (FAILED(hr)) return hr;
@@ -113,7 +108,7 @@ HRESULT RowTool::addRowForCell(IQVRCatalogObject* table, IQVRCatalogObject* cell
     if ((hr = ownerDocument_->createElement("RowUnique", &newRow)) != S_OK) return hr;
     if ((hr = selectUniqueColumn(ownerDocument_, &uniqueColumn)) != S_OK)
         return FAILED(hr) ? hr : E_FAIL;
-    const String id = newRowId();
+    id = newRowId();
     if (id.isNull()) return E_FAIL;
     if ((hr = newRow->setAttribute("id", id)) != S_OK) return hr;
     if (FAILED(hr = putIdref(cell, id))) return hr;

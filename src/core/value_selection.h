@@ -24,13 +24,14 @@ HRESULT selectAllWithValue(IXMLDOMNode* node, std::string_view head, const Strin
 inline String selectionWithValue(const dom::IndexedForm& form, const String& value) {
     return selectionWithValue(form.head, value, form.tail);
 }
-inline HRESULT selectOneWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
-                                  const String& value, Ref<IXMLDOMNode>* found) {
-    return selectOneWithValue(node, form.head, value, form.tail, found);
-}
-inline HRESULT selectAllWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
-                                  const String& value, Ref<IXMLDOMNodeList>* found) {
-    return selectAllWithValue(node, form.head, value, form.tail, found);
-}
+// These go to the lookup tables straight, without writing the selection's text.
+HRESULT selectOneWithValue(IXMLDOMNode* node, const dom::IndexedForm& form, const String& value,
+                           Ref<IXMLDOMNode>* found);
+HRESULT selectAllWithValue(IXMLDOMNode* node, const dom::IndexedForm& form, const String& value,
+                           Ref<IXMLDOMNodeList>* found);
+// The attribute `name` of the element `form` selects with `value`, without an object for the
+// element: S_OK and its value (null when it has none), S_FALSE and null when nothing is selected.
+HRESULT selectAttributeWithValue(IXMLDOMNode* node, const dom::IndexedForm& form,
+                                 const String& value, const String& name, String* text);
 
 } // namespace qvr

@@ -24,7 +24,8 @@ public:
     HRESULT put_idref(const String& idref) override {
         return guarded([&] {
             if (!this->initialized()) return this->notInitialized();
-            return this->element()->setAttribute("idref", idref.isNull() ? String("") : idref);
+            static const String none("");
+            return this->element()->setAttribute("idref", idref.isNull() ? none : idref);
         });
     }
     // Makes no row and fires nothing; it does not look whether the column already has a cell

@@ -14,18 +14,35 @@ HRESULT CookieTable::registerInterface(IUnknown* object, std::uint32_t* cookie) 
     if (!object) return E_INVALIDARG;
     Ref<IUnknown> held(object);
     std::lock_guard lock(mutex_);
-    // Skip 0 and tokens still in use when the counter wraps.
-    while (next_ == 0 || entries_.count(next_)) ++next_;
-    *cookie = next_++;
-    entries_.emplace(*cookie, std::move(held));
+    std::uint32_t index;
+    if (!free_.empty()) {
+        index = free_.back();
+        free_.pop_back();
+    } else {
+        if (slots_.size() >= kSlotMask) return E_OUTOFMEMORY;
+        // A revoke never allocates: the free list has room for every slot.
+        if (free_.capacity() <= slots_.size()) free_.reserve(2 * slots_.size() + 16);
+        slots_.emplace_back();
+        index = static_cast<std::uint32_t>(slots_.size() - 1);
+    }
+    Slot& slot = slots_[index];
+    slot.object = std::move(held);
+    *cookie = (slot.generation << kSlotBits) | (index + 1);
     return S_OK;
 }
 
-HRESULT CookieTable::lookup(std::uint32_t cookie, Ref<IUnknown>* out) const {
+CookieTable::Slot* CookieTable::slotOf(std::uint32_t cookie) {
+    const std::uint32_t number = cookie & kSlotMask;
+    if (number == 0 || number > slots_.size()) return nullptr;
+    Slot& slot = slots_[number - 1];
+    return slot.object && slot.generation == cookie >> kSlotBits ? &slot : nullptr;
+}
+
+HRESULT CookieTable::lookup(std::uint32_t cookie, Ref<IUnknown>* out) {
     std::lock_guard lock(mutex_);
-    auto it = entries_.find(cookie);
-    if (it == entries_.end()) return E_INVALIDARG;
-    *out = it->second;
+    const Slot* slot = slotOf(cookie);
+    if (!slot) return E_INVALIDARG;
+    *out = slot->object;
     return S_OK;
 }
 
@@ -33,10 +50,12 @@ HRESULT CookieTable::revoke(std::uint32_t cookie) {
     Ref<IUnknown> released;
     {
         std::lock_guard lock(mutex_);
-        auto it = entries_.find(cookie);
-        if (it == entries_.end()) return E_INVALIDARG;
-        released = std::move(it->second);
-        entries_.erase(it);
+        Slot* slot = slotOf(cookie);
+        if (!slot) return E_INVALIDARG;
+        released = std::move(slot->object);
+        slot->object = nullptr;
+        slot->generation = (slot->generation + 1) & (~0u >> kSlotBits);
+        free_.push_back((cookie & kSlotMask) - 1);
     }
     // The release runs outside the lock: it may destroy an object that revokes its own tokens.
     return S_OK;
@@ -44,7 +63,7 @@ HRESULT CookieTable::revoke(std::uint32_t cookie) {
 
 std::size_t CookieTable::size() const {
     std::lock_guard lock(mutex_);
-    return entries_.size();
+    return slots_.size() - free_.size();
 }
 
 } // namespace qvr

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 #include <mutex>
-#include <unordered_map>
+#include <vector>
 
 #include <qvr/com.h>
 
@@ -35,11 +35,23 @@ public:
     std::size_t size() const;
 
 private:
-    HRESULT lookup(std::uint32_t cookie, Ref<IUnknown>* out) const;
+    // A token is a slot's number (from 1) in its low bits and the slot's generation above them:
+    // a slot is used again after its token was revoked, under a new generation, so that the old
+    // token stays unknown.
+    static constexpr unsigned kSlotBits = 24;
+    static constexpr std::uint32_t kSlotMask = (1u << kSlotBits) - 1;
+    struct Slot {
+        Ref<IUnknown> object; // null while the slot is free
+        std::uint32_t generation = 0;
+    };
+
+    HRESULT lookup(std::uint32_t cookie, Ref<IUnknown>* out);
+    // The slot of a token in use, or null.
+    Slot* slotOf(std::uint32_t cookie);
 
     mutable std::mutex mutex_;
-    std::unordered_map<std::uint32_t, Ref<IUnknown>> entries_;
-    std::uint32_t next_ = 1;
+    std::vector<Slot> slots_;
+    std::vector<std::uint32_t> free_; // indexes of free slots
 };
 
 } // namespace qvr

@@ -128,6 +128,8 @@ xmlAttrPtr AttributeAccess::find(xmlNodePtr element, std::string_view name) {
 }
 
 HRESULT AttributeAccess::checkValue(std::string_view name, const String& value) {
+    // The name goes into the message only when there is one to give.
+    if (uncarriable(value.view()).empty()) return S_OK;
     return checkCarriable(value, "The value of attribute \"" + std::string(name) + "\"");
 }
 
@@ -150,9 +152,11 @@ HRESULT AttributeAccess::set(xmlNodePtr element, const String& name, const Strin
         return E_FAIL;
     if (HRESULT hr = checkValue(name.view(), value); hr != S_OK) return hr;
     if (isDeclaration(name.view())) return setDeclaration(element, name, value);
-    const QualifiedName q = split(name.view());
+    const auto colon = name.view().find(':');
+    const bool prefixed = colon != std::string_view::npos && colon > 0;
+    const QualifiedName q = prefixed ? split(name.view()) : QualifiedName();
     xmlNsPtr ns = nullptr;
-    if (!q.prefix.empty()) {
+    if (prefixed) {
         ns = xmlSearchNs(element->doc, element, bytes(q.prefix.c_str()));
         if (!ns && knownUri(q.prefix))
             ns = xmlNewNs(element, bytes(knownUri(q.prefix)), bytes(q.prefix.c_str()));

@@ -1,5 +1,6 @@
 #include "platform/dom/carriable_text.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include <qvr/dom.h>
@@ -56,6 +57,12 @@ Decoded decode(std::string_view text, std::size_t at) {
 } // namespace
 
 std::string uncarriable(std::string_view text, TextKind kind) {
+    // Plain ASCII content, what nearly every value is, needs no decoding.
+    if (kind == TextKind::Content && std::all_of(text.begin(), text.end(), [](char c) {
+            const auto byte = static_cast<unsigned char>(c);
+            return (byte >= 0x20 && byte < 0x80) || byte == '\t' || byte == '\n' || byte == '\r';
+        }))
+        return {};
     std::size_t character = 1;
     for (std::size_t at = 0; at < text.size(); ++character) {
         const Decoded d = decode(text, at);

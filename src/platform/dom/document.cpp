@@ -1,6 +1,7 @@
 #include "platform/dom/document.h"
 #include "platform/dom/xml_text.h"
 
+#include <libxml/dict.h>
 #include <libxml/parser.h>
 #include <libxml/valid.h>
 
@@ -36,8 +37,17 @@ Document::Document(xmlDocPtr doc) : NodeBase(nullptr, nullptr) {
 }
 
 void Document::replaceTree(xmlDocPtr doc) {
-    if (!doc) doc = xmlNewDoc(BAD_CAST "1.0");
-    if (!doc) throw std::bad_alloc();
+    if (!doc) {
+        doc = xmlNewDoc(BAD_CAST "1.0");
+        if (!doc) throw std::bad_alloc();
+        // Names of elements and attributes made here are kept once in a dictionary, as the
+        // parser keeps those it reads, instead of once per node.
+        doc->dict = xmlDictCreate();
+        if (!doc->dict) {
+            xmlFreeDoc(doc);
+            throw std::bad_alloc();
+        }
+    }
     std::shared_ptr<Tree> tree;
     try {
         tree = std::make_shared<Tree>(doc, this);
@@ -207,7 +217,7 @@ HRESULT Document::save(const Variant& destination) {
             return reportError(from, String(std::move(text)), hr);
         }
         std::string reason;
-        const HRESULT hr = DocumentIO::writeReplacing(path, DocumentIO::savedForm(doc()), &reason);
+        const HRESULT hr = DocumentIO::saveReplacing(path, doc(), &reason);
         if (hr == S_OK) return S_OK;
         return reportError(from, String("The file " + path + " cannot be saved: " + reason), hr);
     });

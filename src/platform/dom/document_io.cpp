@@ -351,11 +351,6 @@ void DocumentIO::describe(const QuietErrors& quiet, const CapturedError& refusal
     locate(text, captured.line, captured.column, error);
 }
 
-std::string DocumentIO::savedForm(xmlDocPtr doc) {
-    DeclarationNodesAside aside(doc);
-    return serialise(XML_SAVE_FORMAT, [&](xmlSaveCtxtPtr save) { xmlSaveDoc(save, doc); });
-}
-
 std::string DocumentIO::documentXml(xmlDocPtr doc) {
     DeclarationNodesAside aside(doc);
     std::string out = "<?xml version=\"";
@@ -387,11 +382,67 @@ std::string DocumentIO::nodeXml(xmlNodePtr node) {
     return out;
 }
 
-HRESULT DocumentIO::writeReplacing(const std::string& path, std::string_view bytes,
-                                   std::string* reason) {
+namespace {
+
+// Gathers the writer's small pieces into writes of a size the disk takes well, so that a large
+// document costs few system calls and is never held whole in memory.
+class BufferedFileSink {
+public:
+    explicit BufferedFileSink(file::ReplacingWrite& file) : file_(file) { buffer_.reserve(kSize); }
+
+    static int write(void* context, const char* bytes, int length) {
+        try {
+            auto* sink = static_cast<BufferedFileSink*>(context);
+            const std::string_view piece(bytes, static_cast<std::size_t>(length));
+            if (sink->buffer_.size() + piece.size() > kSize && !sink->flush()) return -1;
+            if (piece.size() >= kSize) return sink->put(piece) ? length : -1;
+            sink->buffer_.append(piece);
+            return length;
+        } catch (...) {
+            return -1; // called from C: nothing may be thrown through it
+        }
+    }
+    static int close(void*) { return 0; }
+
+    // Writes what was gathered; false once a write has failed.
+    bool flush() {
+        const bool ok = buffer_.empty() || put(buffer_);
+        buffer_.clear();
+        return ok;
+    }
+    // The errno of the failed write, or 0.
+    int error() const { return error_; }
+
+private:
+    bool put(std::string_view bytes) {
+        if (!error_) error_ = file_.write(bytes.data(), bytes.size());
+        return !error_;
+    }
+
+    static constexpr std::size_t kSize = 1 << 16;
+    file::ReplacingWrite& file_;
+    std::string buffer_;
+    int error_ = 0;
+};
+
+} // namespace
+
+HRESULT DocumentIO::saveReplacing(const std::string& path, xmlDocPtr doc, std::string* reason) {
     file::ReplacingWrite write(path);
     int error = write.begin();
-    if (!error) error = write.write(bytes.data(), bytes.size());
+    if (!error) {
+        BufferedFileSink sink(write);
+        {
+            DeclarationNodesAside aside(doc);
+            xmlSaveCtxtPtr save = xmlSaveToIO(&BufferedFileSink::write, &BufferedFileSink::close,
+                                              &sink, "UTF-8", XML_SAVE_FORMAT);
+            if (!save) throw std::bad_alloc();
+            xmlSaveDoc(save, doc);
+            xmlSaveClose(save);
+        }
+        sink.flush();
+        error = sink.error();
+    }
     if (!error) error = write.commit();
     if (!error) return S_OK;
     const FileFailure& failure = failureOf(error);

@@ -33,19 +33,16 @@ public:
     // cannot be read).
     static xmlDocPtr parseFile(const std::string& path, ParseErrorRecord* error);
 
-    // The document as it is saved: declaration with encoding, indented, UTF-8.
-    static std::string savedForm(xmlDocPtr doc);
     // The document's XML text: declaration without encoding, not indented.
     static std::string documentXml(xmlDocPtr doc);
     // A node's XML text; an element below another element carries the declarations it needs.
     static std::string nodeXml(xmlNodePtr node);
 
-    // Writes `bytes` to a temporary file beside `path`, flushes it, renames it over `path` (over
-    // the file a symbolic link names) and flushes the folder. An existing file keeps its owner
-    // and mode; a read-only one is refused. On failure the old file is untouched, the temporary
-    // file gone, and `reason` tells why.
-    static HRESULT writeReplacing(const std::string& path, std::string_view bytes,
-                                  std::string* reason);
+    // Writes the saved form of `doc` straight into a temporary file beside `path`, flushes it,
+    // renames it over `path` (over the file a symbolic link names) and flushes the folder. An
+    // existing file keeps its owner and mode; a read-only one is refused. On failure the old file
+    // is untouched, the temporary file gone, and `reason` tells why.
+    static HRESULT saveReplacing(const std::string& path, xmlDocPtr doc, std::string* reason);
 
 private:
     static bool readFile(const std::string& path, std::string* bytes, ParseErrorRecord* error);

@@ -2,6 +2,7 @@
 #include "platform/dom/xml_text.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "platform/dom/subtree.h"
 
@@ -31,7 +32,8 @@ template <class Table>
 void add(Table& table, std::string_view key, xmlNodePtr node) {
     auto found = table.find(key);
     if (found == table.end())
-        found = table.emplace(std::string(key), std::vector<xmlNodePtr>()).first;
+        found = table.emplace(std::piecewise_construct, std::forward_as_tuple(key), std::tuple<>())
+                    .first;
     found->second.push_back(node);
 }
 
@@ -49,8 +51,8 @@ void erase(Table& table, std::string_view key, xmlNodePtr node) {
 }
 
 template <class Table>
-const std::vector<xmlNodePtr>& lookUp(const Table& table, std::string_view key) {
-    static const std::vector<xmlNodePtr> none;
+const Index::Nodes& lookUp(const Table& table, std::string_view key) {
+    static const Index::Nodes none;
     auto found = table.find(key);
     return found == table.end() ? none : found->second;
 }
@@ -160,15 +162,14 @@ void Index::rowsAt(std::size_t n, bool firstOnly, std::vector<xmlNodePtr>* nodes
 }
 
 void Index::textChanged(xmlNodePtr at) {
-    for (xmlNodePtr node = at; node; node = node->parent) {
-        if (isPlainElement(node, "RowUnique")) {
-            namingChanged();
-            break;
-        }
-    }
+    // A table row is a RowUnique: the walk for the row goes on from the first one.
+    xmlNodePtr first = at;
+    while (first && !isPlainElement(first, "RowUnique")) first = first->parent;
+    if (!first) return;
+    namingChanged();
     if (!rowsBuilt_) return;
     guard([&] {
-        if (xmlNodePtr row = rowAbove(at)) {
+        if (xmlNodePtr row = rowAbove(first)) {
             removeRow(row);
             addRow(row);
         }
@@ -197,17 +198,17 @@ void Index::attributeChanged(xmlNodePtr element, const xmlChar* name) {
         element, name, [&](Table& table, std::string_view value) { add(table, value, element); });
 }
 
-const std::vector<xmlNodePtr>& Index::withId(std::string_view value) {
+const Index::Nodes& Index::withId(std::string_view value) {
     buildAttributes();
     return lookUp(byId_, value);
 }
 
-const std::vector<xmlNodePtr>& Index::withIdref(std::string_view value) {
+const Index::Nodes& Index::withIdref(std::string_view value) {
     buildAttributes();
     return lookUp(byIdref_, value);
 }
 
-const std::vector<xmlNodePtr>& Index::rowsWithKey(std::string_view key) {
+const Index::Nodes& Index::rowsWithKey(std::string_view key) {
     buildRows();
     return lookUp(rowsByKey_, key);
 }
@@ -273,7 +274,8 @@ void Index::addRow(xmlNodePtr row) {
     std::string scratch;
     const std::string_view key = textOf(row, scratch);
     add(rowsByKey_, key, row);
-    keyOfRow_.emplace(row, std::string(key));
+    keyOfRow_.emplace(std::piecewise_construct, std::forward_as_tuple(row),
+                      std::forward_as_tuple(key));
 }
 
 void Index::removeRow(xmlNodePtr row) {

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -20,6 +21,9 @@ namespace qvr::dom {
 
 class Index {
 public:
+    // The elements a value names, in no particular order.
+    using Nodes = std::pmr::vector<xmlNodePtr>;
+
     explicit Index(xmlDocPtr doc) : doc_(doc) {}
     Index(const Index&) = delete;
     Index& operator=(const Index&) = delete;
@@ -35,10 +39,10 @@ public:
     void attributeChanged(xmlNodePtr element, const xmlChar* name);
 
     // Elements in the tree whose `id` (or `idref`) is `value`, in no particular order.
-    const std::vector<xmlNodePtr>& withId(std::string_view value);
-    const std::vector<xmlNodePtr>& withIdref(std::string_view value);
+    const Nodes& withId(std::string_view value);
+    const Nodes& withIdref(std::string_view value);
     // Table rows (`/vCATTable/ColumnUnique/RowUnique`) whose text is `key`, in no particular order.
-    const std::vector<xmlNodePtr>& rowsWithKey(std::string_view key);
+    const Nodes& rowsWithKey(std::string_view key);
 
     // The rows that `/vCATTable/ColumnUnique/RowUnique[n]` selects: the n-th (one-based) row of
     // each `ColumnUnique` of a table root, in document order (the first only when `firstOnly`).
@@ -68,8 +72,7 @@ private:
         }
     };
     // Looked up by string_view, without making a string.
-    using Table =
-        std::unordered_map<std::string, std::vector<xmlNodePtr>, TextHash, std::equal_to<>>;
+    using Table = std::pmr::unordered_map<std::pmr::string, Nodes, TextHash, std::equal_to<>>;
 
     void reset() noexcept;
     // Any insertion or removal: the list of rows in order no longer holds.
@@ -100,10 +103,14 @@ private:
     xmlDocPtr doc_;
     bool attributesBuilt_ = false;
     bool rowsBuilt_ = false;
-    Table byId_;
-    Table byIdref_;
-    Table rowsByKey_;
-    std::unordered_map<xmlNodePtr, std::string> keyOfRow_;
+    // The tables take their memory from a pool of their own rather than from among the
+    // document's nodes, which then lie closer together for the walks over the whole tree
+    // (saving, selecting by XPath).
+    std::pmr::unsynchronized_pool_resource pool_;
+    Table byId_{&pool_};
+    Table byIdref_{&pool_};
+    Table rowsByKey_{&pool_};
+    std::pmr::unordered_map<xmlNodePtr, std::pmr::string> keyOfRow_{&pool_};
     // The rows of each ColumnUnique of the root, in order; valid until the tree changes.
     std::vector<std::vector<xmlNodePtr>> rowOrder_;
     bool rowOrderValid_ = false;

@@ -37,25 +37,27 @@ struct ShapeForm {
     Shape shape;
 };
 
-// The value stands between prefix and suffix. The model's own forms come first; each is followed
-// by the other spacing people write. Position forms come last: their prefix is shared.
+// The value stands between prefix and suffix. The model's own forms come first, those it uses
+// for every cell it places ahead of the rest; each is followed by the other spacing people write.
+// No text fits two of these forms but for the position form, whose prefix is shared: it comes
+// last.
 constexpr ShapeForm kShapeForms[] = {
+    {forms::tableRowByKey.head, forms::tableRowByKey.tail, Shape::TableRowByKey},
+    {"/vCATTable/ColumnUnique/RowUnique[.='", "']", Shape::TableRowByKey},
+    {forms::childByIdref.head, forms::childByIdref.tail, Shape::ChildByIdref},
+    {"*[@idref='", "']", Shape::ChildByIdref},
+    {forms::childRowById.head, forms::childRowById.tail, Shape::ChildRowById},
+    {"RowUnique[@id = '", "']", Shape::ChildRowById},
     {forms::descendantById.head, forms::descendantById.tail, Shape::DescendantById},
     {".//*[@id='", "']", Shape::DescendantById},
     {forms::documentById.head, forms::documentById.tail, Shape::DocumentById},
     {"//*[@id='", "']", Shape::DocumentById},
     {forms::childById.head, forms::childById.tail, Shape::ChildById},
     {"*[@id='", "']", Shape::ChildById},
-    {forms::tableRowByKey.head, forms::tableRowByKey.tail, Shape::TableRowByKey},
-    {"/vCATTable/ColumnUnique/RowUnique[.='", "']", Shape::TableRowByKey},
-    {forms::childRowById.head, forms::childRowById.tail, Shape::ChildRowById},
-    {"RowUnique[@id = '", "']", Shape::ChildRowById},
     {forms::tableRowById.head, forms::tableRowById.tail, Shape::TableRowById},
     {"/vCATTable/ColumnUnique/RowUnique[@id = '", "']", Shape::TableRowById},
     {forms::tableCellsByIdref.head, forms::tableCellsByIdref.tail, Shape::TableCellsByIdref},
     {"/vCATTable//*[@idref = '", "']", Shape::TableCellsByIdref},
-    {forms::childByIdref.head, forms::childByIdref.tail, Shape::ChildByIdref},
-    {"*[@idref='", "']", Shape::ChildByIdref},
     {forms::tableUniqueColumn.head, forms::tableUniqueColumn.tail, Shape::TableColumns},
     {forms::tableValueColumns.head, forms::tableValueColumns.tail, Shape::TableColumns},
     {forms::tableRowAt.head, forms::tableRowAt.tail, Shape::TableRowAt},
@@ -114,7 +116,7 @@ bool precedes(xmlNodePtr a, xmlNodePtr b) {
 
 // The candidates that pass `keep`, in document order.
 template <class Keep>
-void collect(const std::vector<xmlNodePtr>& candidates, Keep&& keep, bool firstOnly,
+void collect(const Index::Nodes& candidates, Keep&& keep, bool firstOnly,
              std::vector<xmlNodePtr>* nodes) {
     for (xmlNodePtr candidate : candidates)
         if (keep(candidate)) nodes->push_back(candidate);
@@ -141,12 +143,25 @@ std::uint64_t IndexedSelection::answeredCount() {
     return answered;
 }
 
-bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, bool firstOnly,
-                              std::vector<xmlNodePtr>* nodes) {
-    if (!recognising) return false;
-    std::string_view text;
-    const ShapeForm* form = recognise(expression, &text);
-    if (!form) return false;
+namespace {
+
+// The shape of a named form: found by the form's own texts first (the table above is made of
+// them), by equal texts for a copy.
+const ShapeForm* shapeOf(const IndexedForm& form) {
+    const auto same = [](std::string_view a, std::string_view b) {
+        return a.data() == b.data() && a.size() == b.size();
+    };
+    for (const auto& shape : kShapeForms)
+        if (same(shape.prefix, form.head) && same(shape.suffix, form.tail)) return &shape;
+    for (const auto& shape : kShapeForms)
+        if (shape.prefix == form.head && shape.suffix == form.tail) return &shape;
+    return nullptr;
+}
+
+// Answers `shape` with the value `text` from the tables; false when they do not cover `context`.
+bool answerShape(xmlNodePtr context, const ShapeForm& shape, std::string_view text, bool firstOnly,
+                 std::vector<xmlNodePtr>* nodes) {
+    const ShapeForm* form = &shape;
     if (form->shape == Shape::ChildrenNamed) {
         // Walked at once, in or out of the tree, from an element or the document only.
         if (context->type != XML_ELEMENT_NODE && !isDocument(context)) return false;
@@ -231,6 +246,24 @@ bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, b
     }
     }
     return false;
+}
+
+} // namespace
+
+bool IndexedSelection::answer(xmlNodePtr context, std::string_view expression, bool firstOnly,
+                              std::vector<xmlNodePtr>* nodes) {
+    if (!recognising) return false;
+    std::string_view text;
+    const ShapeForm* form = recognise(expression, &text);
+    return form && answerShape(context, *form, text, firstOnly, nodes);
+}
+
+bool IndexedSelection::answer(xmlNodePtr context, const IndexedForm& form, std::string_view value,
+                              bool firstOnly, std::vector<xmlNodePtr>* nodes) {
+    if (!recognising || value.find('\0') != std::string_view::npos) return false;
+    const ShapeForm* shape = shapeOf(form);
+    return shape && valueFits(shape->shape, value) &&
+           answerShape(context, *shape, value, firstOnly, nodes);
 }
 
 } // namespace qvr::dom

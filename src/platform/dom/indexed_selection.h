@@ -10,6 +10,8 @@
 
 #include <libxml/tree.h>
 
+#include "platform/dom/indexed_forms.h"
+
 namespace qvr::dom {
 
 class IndexedSelection {
@@ -18,6 +20,10 @@ public:
     // order (only the first node when `firstOnly`).
     static bool answer(xmlNodePtr context, std::string_view expression, bool firstOnly,
                        std::vector<xmlNodePtr>* nodes);
+    // The same for `form.text(value)`, without writing or reading the text: the model's road for
+    // the lookups it repeats per row and cell. False also for a form that is not indexed.
+    static bool answer(xmlNodePtr context, const IndexedForm& form, std::string_view value,
+                       bool firstOnly, std::vector<xmlNodePtr>* nodes);
 
     // Switches the recognition off and on (for comparing its answers with XPath's).
     static void setEnabled(bool enabled);

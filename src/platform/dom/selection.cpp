@@ -1,6 +1,10 @@
 #include "platform/dom/selection.h"
 
+#include "platform/com/failure.h"
+#include "platform/dom/attribute_access.h"
+#include "platform/dom/handle.h"
 #include "platform/dom/indexed_selection.h"
+#include "platform/dom/node_list.h"
 #include "platform/dom/tree.h"
 #include "platform/dom/xpath_engine.h"
 
@@ -12,6 +16,72 @@ HRESULT Selection::select(xmlNodePtr context, const std::string& expression, boo
     if (expression.find('\0') != std::string::npos) return E_FAIL;
     if (IndexedSelection::answer(context, expression, firstOnly, nodes)) return S_OK;
     return XPathEngine::select(*Tree::of(context), context, expression, firstOnly, nodes);
+}
+
+namespace {
+
+// The nodes the tables give for the form, when they cover the context.
+bool answeredByForm(IXMLDOMNode* context, const IndexedForm& form, std::string_view value,
+                    bool firstOnly, std::vector<xmlNodePtr>* nodes) {
+    xmlNodePtr node = context ? Handle::nodeOf(context) : nullptr;
+    return node && IndexedSelection::answer(node, form, value, firstOnly, nodes);
+}
+
+} // namespace
+
+HRESULT Selection::selectOne(IXMLDOMNode* context, const IndexedForm& form, std::string_view value,
+                             Ref<IXMLDOMNode>* found) {
+    if (!found) return E_POINTER;
+    *found = nullptr;
+    return guarded([&] {
+        // The model asks this for every cell it places: the list is kept from call to call.
+        thread_local std::vector<xmlNodePtr> nodes;
+        if (!answeredByForm(context, form, value, true, &nodes))
+            return context ? context->selectSingleNode(String(form.text(value)), found) : E_FAIL;
+        if (nodes.empty()) return S_FALSE;
+        *found = Tree::of(nodes.front())->wrap(nodes.front());
+        return *found ? S_OK : S_FALSE;
+    });
+}
+
+HRESULT Selection::selectOneAttribute(IXMLDOMNode* context, const IndexedForm& form,
+                                      std::string_view value, const String& name, String* text) {
+    if (!text) return E_POINTER;
+    *text = String();
+    if (name.isNull()) return E_INVALIDARG;
+    return guarded([&] {
+        thread_local std::vector<xmlNodePtr> nodes;
+        xmlNodePtr element = nullptr;
+        if (answeredByForm(context, form, value, true, &nodes)) {
+            if (nodes.empty()) return S_FALSE;
+            element = nodes.front();
+        } else {
+            Ref<IXMLDOMNode> node;
+            const HRESULT hr = selectOne(context, form, value, &node);
+            if (hr != S_OK) return hr;
+            element = Handle::nodeOf(node);
+        }
+        if (!element || element->type != XML_ELEMENT_NODE) return E_NOINTERFACE;
+        const HRESULT hr = AttributeAccess::get(element, name, text);
+        return FAILED(hr) ? hr : S_OK;
+    });
+}
+
+HRESULT Selection::selectAll(IXMLDOMNode* context, const IndexedForm& form, std::string_view value,
+                             Ref<IXMLDOMNodeList>* found) {
+    if (!found) return E_POINTER;
+    *found = nullptr;
+    return guarded([&] {
+        std::vector<xmlNodePtr> nodes;
+        if (!answeredByForm(context, form, value, false, &nodes))
+            return context ? context->selectNodes(String(form.text(value)), found) : E_FAIL;
+        std::vector<Ref<IXMLDOMNode>> wrapped;
+        wrapped.reserve(nodes.size());
+        for (xmlNodePtr n : nodes)
+            if (Ref<IXMLDOMNode> object = Tree::of(n)->wrap(n)) wrapped.push_back(object);
+        *found = makeObject<NodeList>(std::move(wrapped));
+        return S_OK;
+    });
 }
 
 } // namespace qvr::dom

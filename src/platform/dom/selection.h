@@ -3,11 +3,14 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <libxml/tree.h>
 
-#include <qvr/com.h>
+#include <qvr/dom.h>
+
+#include "platform/dom/indexed_forms.h"
 
 namespace qvr::dom {
 
@@ -17,6 +20,19 @@ public:
     // `firstOnly`. E_FAIL for a malformed expression.
     static HRESULT select(xmlNodePtr context, const std::string& expression, bool firstOnly,
                           std::vector<xmlNodePtr>* nodes);
+
+    // What `context` (an object of this layer) answers to selectSingleNode / selectNodes of
+    // `form.text(value)`: from the lookup tables without the text, when they cover the context,
+    // else by the text itself.
+    static HRESULT selectOne(IXMLDOMNode* context, const IndexedForm& form, std::string_view value,
+                             Ref<IXMLDOMNode>* found);
+    static HRESULT selectAll(IXMLDOMNode* context, const IndexedForm& form, std::string_view value,
+                             Ref<IXMLDOMNodeList>* found);
+    // The attribute `name` of the element selectOne would answer, read without making an object
+    // for the element: S_OK and its value (null when the element has none), or S_FALSE and null
+    // when nothing is selected. E_NOINTERFACE when what is selected is no element.
+    static HRESULT selectOneAttribute(IXMLDOMNode* context, const IndexedForm& form,
+                                      std::string_view value, const String& name, String* text);
 };
 
 } // namespace qvr::dom

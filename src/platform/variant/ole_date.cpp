@@ -343,7 +343,7 @@ std::string formatDate(DATE date, LCID lcid, DateForm form) {
     case DateForm::ShortTime: return formatDatePicture(parts, locale.shortTime, locale);
     case DateForm::General: break;
     }
-    std::int64_t day, seconds;
+    std::int64_t day = 0, seconds = 0;
     splitDate(date, &day, &seconds);
     if (day == 0) return formatDatePicture(parts, locale.longTime, locale);
     std::string text = formatDatePicture(parts, locale.shortDate, locale);

@@ -110,6 +110,17 @@ TEST(CookieTable, KeepsRegisteredObjectsAliveUntilRevoked) {
     EXPECT_EQ(destroyed, 1);
     EXPECT_EQ(table.revoke(cookie), E_INVALIDARG);
     EXPECT_EQ(table.get(cookie, &back), E_INVALIDARG);
+    // A token given out after the revoke is another one, and the old stays unknown.
+    std::uint32_t next = 0;
+    Ref<IThing> again = makeObject<Thing>();
+    ASSERT_EQ(table.registerInterface(again, &next), S_OK);
+    EXPECT_NE(next, cookie);
+    EXPECT_EQ(table.get(cookie, &back), E_INVALIDARG);
+    EXPECT_EQ(table.get(next, &back), S_OK);
+    EXPECT_EQ(back, again);
+    back = nullptr;
+    EXPECT_EQ(table.revoke(next), S_OK);
+    again = nullptr;
     EXPECT_EQ(table.get(0, &back), E_INVALIDARG);
     EXPECT_EQ(table.registerInterface(nullptr, &cookie), E_INVALIDARG);
     EXPECT_EQ(cookie, 0u);

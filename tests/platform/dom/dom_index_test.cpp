@@ -7,6 +7,7 @@
 #include "dom_test_support.h"
 #include "platform/dom/indexed_forms.h"
 #include "platform/dom/indexed_selection.h"
+#include "platform/dom/selection.h"
 
 namespace qvr {
 namespace {
@@ -368,6 +369,24 @@ TEST(DomIndex, EveryModelFormIsAnsweredFromTheTables) {
         EXPECT_EQ(IndexedSelection::answeredCount() - before, 2u) << text;
         EXPECT_FALSE(indexed.nodes.empty()) << text;
         EXPECT_TRUE(indexed == ask(context, text, false)) << text;
+
+        // The form's own road, without the text, reaches the same nodes from the tables.
+        Answer direct;
+        const std::uint64_t beforeDirect = IndexedSelection::answeredCount();
+        Ref<IXMLDOMNodeList> list;
+        direct.listStatus = dom::Selection::selectAll(context, form, c.value, &list);
+        direct.nodes = listed(list);
+        direct.singleStatus = dom::Selection::selectOne(context, form, c.value, &direct.single);
+        EXPECT_EQ(IndexedSelection::answeredCount() - beforeDirect, 2u) << text;
+        EXPECT_TRUE(direct == indexed) << text;
+        // An attribute of the first node, read without its object; nothing selected, no value.
+        String id, expected;
+        query<IXMLDOMElement>(indexed.single)->getAttribute("id", &expected);
+        EXPECT_EQ(dom::Selection::selectOneAttribute(context, form, c.value, "id", &id), S_OK);
+        EXPECT_EQ(id, expected) << text;
+        if (form.tail.empty()) continue; // a form without a value selects its columns always
+        EXPECT_EQ(dom::Selection::selectOneAttribute(context, form, "999", "id", &id), S_FALSE);
+        EXPECT_TRUE(id.isNull()) << text;
     }
 }
 

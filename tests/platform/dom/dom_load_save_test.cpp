@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -325,6 +326,34 @@ TEST_F(DomLoadSave, ASaveReachesTheDiskWholeOrLeavesTheOldFile) {
         EXPECT_EQ(read(path), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>new</r>\n");
         EXPECT_EQ(std::distance(fs::directory_iterator(dir), fs::directory_iterator()), 1);
     }
+}
+
+// A document larger than one write reaches the file in several writes that make it whole, the
+// same bytes as a small document would have been written in one.
+TEST_F(DomLoadSave, ALargeDocumentIsWrittenInPiecesThatMakeItWhole) {
+    std::string xml = "<r>";
+    for (int i = 0; i < 6000; ++i)
+        xml += "<e n='" + std::to_string(i) + "'>value " + std::to_string(i) + "</e>";
+    xml += "</r>";
+    VARIANT_BOOL ok = VARIANT_FALSE;
+    ASSERT_EQ(doc_->loadXML(xml, &ok), S_OK);
+    const std::string path = file("large.xml");
+    FailingCalls calls;
+    {
+        file::FileCalls::Scope scope(calls);
+        ASSERT_EQ(doc_->save(Variant(path)), S_OK);
+    }
+    EXPECT_GE(std::count(calls.calls.begin(), calls.calls.end(), "write"), 3);
+    String expected;
+    ASSERT_EQ(doc_->get_xml(&expected), S_OK);
+    Ref<IXMLDOMDocument> again;
+    ASSERT_EQ(CreateDOMDocument(&again), S_OK);
+    ASSERT_EQ(again->load(Variant(path), &ok), S_OK);
+    String saved;
+    ASSERT_EQ(again->get_xml(&saved), S_OK);
+    EXPECT_EQ(saved, expected);
+    const std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n";
+    EXPECT_EQ(read(path).substr(0, head.size()), head);
 }
 
 TEST_F(DomLoadSave, ASaveWritesThroughLinks) {
