@@ -1,7 +1,6 @@
 """Every operation of the public headers has its Python face, the stubs name it, and a script
 that ends leaves no object of the library alive."""
 import ast
-import importlib.util
 import keyword
 import os
 import pathlib
@@ -21,10 +20,10 @@ NOT_BOUND_OPERATIONS = {"DAdvise", "DUnadvise", "EnumDAdvise"}
 
 
 def headers():
-    spec = importlib.util.spec_from_file_location("api_docs", SOURCE / "python" / "api_docs.py")
-    module = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(module)
-    return module.read_headers(SOURCE / "include" / "qvr")[0]
+    # The same reader of the headers that makes the module's docstrings.
+    sys.path.insert(0, str(SOURCE / "python"))
+    import api_docs
+    return api_docs.read_headers(SOURCE / "include" / "qvr")[0]
 
 
 def python_name(interface):
