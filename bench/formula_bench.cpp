@@ -12,9 +12,11 @@
 
 #include <qvr/table.h>
 
+#include "table_data.h"
 #include "vbscript/parse_cache.h"
 
 using namespace qvr;
+using namespace qvr::bench;
 
 namespace {
 
@@ -59,14 +61,6 @@ Ref<IQVRCatalogTable> loadTable(const std::string& text) {
     VARIANT_BOOL ok = VARIANT_FALSE;
     table->loadXML(text, "", 0, &ok);
     return table;
-}
-
-Ref<IQVRTableCalculatedColumn> calculatedColumn(IQVRCatalogTable* table) {
-    Ref<IQVRCatalogObjectList> columns;
-    table->get_childNodes(&columns);
-    for (Ref<IQVRCatalogObject> column : *columns)
-        if (auto calculated = query<IQVRTableCalculatedColumn>(column)) return calculated;
-    return nullptr;
 }
 
 // The values of column `name` by row, read once through the DOM.

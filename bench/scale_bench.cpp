@@ -62,12 +62,6 @@ std::size_t heapInUse() {
     return mallinfo2().uordblks;
 }
 
-std::string textOf(const Variant& value) {
-    Variant text;
-    changeType(&text, value, LCID_EN_US, 0, VT_BSTR);
-    return text.str().str();
-}
-
 double asDouble(const Variant& value) {
     Variant number;
     changeType(&number, value, LCID_EN_US, 0, VT_R8);
@@ -91,48 +85,12 @@ std::vector<int> scattered(int rows) {
     return order;
 }
 
-const char* tagOf(int c) {
-    return c == 0 ? "string" : c % 2 ? "float" : "int";
-}
-
-// A row id of the shape the model gives its rows: "R" and 15 hexadecimal digits, so that both
-// documents carry the same bytes.
-std::string rowIdOf(int r) {
-    char id[24];
-    std::snprintf(id, sizeof id, "R%015llx", 0x1DB3F0000000000ull + static_cast<unsigned>(r));
-    return id;
-}
-
 // The plain document: what the model writes, made with libxml2 calls alone.
 xmlDocPtr buildPlain(int rows) {
-    xmlDocPtr doc = xmlNewDoc(BAD_CAST "1.0");
-    xmlNodePtr root = xmlNewDocNode(doc, nullptr, BAD_CAST "vCATTable", nullptr);
-    xmlDocSetRootElement(doc, root);
-    xmlSetProp(root, BAD_CAST "version", BAD_CAST "1.2");
-    xmlNodePtr unique = xmlNewChild(root, nullptr, BAD_CAST "ColumnUnique", nullptr);
-    xmlSetProp(unique, BAD_CAST "id", BAD_CAST "C0");
-    std::vector<xmlNodePtr> columns;
-    for (int c = 0; c < kColumns; ++c) {
-        xmlNodePtr column = xmlNewChild(root, nullptr, BAD_CAST "Column", nullptr);
-        xmlSetProp(column, BAD_CAST "id", BAD_CAST("C" + std::to_string(c + 1)).c_str());
-        xmlSetProp(column, BAD_CAST "dataType", BAD_CAST tagOf(c));
-        xmlSetProp(column, BAD_CAST "name", BAD_CAST("Col" + std::to_string(c)).c_str());
-        columns.push_back(column);
-    }
-    xmlNodePtr calculated = xmlNewChild(root, nullptr, BAD_CAST "ColumnCalc", nullptr);
+    xmlDocPtr doc = plainTable(rows, kColumns);
+    xmlNodePtr calculated =
+        xmlNewChild(xmlDocGetRootElement(doc), nullptr, BAD_CAST "ColumnCalc", nullptr);
     xmlSetProp(calculated, BAD_CAST "expression", BAD_CAST kFormula);
-    for (int r = 0; r < rows; ++r) {
-        const std::string id = rowIdOf(r);
-        xmlNodePtr row =
-            xmlNewTextChild(unique, nullptr, BAD_CAST "RowUnique", BAD_CAST keyOfRow(r).c_str());
-        xmlSetProp(row, BAD_CAST "id", BAD_CAST id.c_str());
-        for (int c = 0; c < kColumns; ++c) {
-            xmlNodePtr cell =
-                xmlNewTextChild(columns[static_cast<std::size_t>(c)], nullptr, BAD_CAST "Row",
-                                BAD_CAST textOf(valueAt(r, c)).c_str());
-            xmlSetProp(cell, BAD_CAST "idref", BAD_CAST id.c_str());
-        }
-    }
     return doc;
 }
 
@@ -224,14 +182,6 @@ Ref<IQVRCatalogTable> buildModel(int rows) {
         }
     }
     return table;
-}
-
-Ref<IQVRTableCalculatedColumn> calculatedColumn(IQVRCatalogTable* table) {
-    Ref<IQVRCatalogObjectList> columns;
-    table->get_childNodes(&columns);
-    for (Ref<IQVRCatalogObject> column : *columns)
-        if (auto calculated = query<IQVRTableCalculatedColumn>(column)) return calculated;
-    return nullptr;
 }
 
 // Calculates every row named by `name(r)` for r in `order`, checking each value.

@@ -47,12 +47,6 @@ double secondsSince(Clock start) {
     return std::chrono::duration<double>(cpuNow() - start).count();
 }
 
-std::string textAt(int r, int c) {
-    Variant text;
-    changeType(&text, valueAt(r, c), LCID_EN_US, 0, VT_BSTR);
-    return text.str().str();
-}
-
 // The same document as the model writes, made with libxml2 alone: ids and idrefs, a register of
 // rows, ten columns of cells.
 struct Plain {
@@ -61,30 +55,7 @@ struct Plain {
 
 Plain withLibxml(int rows, const std::string& path) {
     const auto start = cpuNow();
-    xmlDocPtr doc = xmlNewDoc(BAD_CAST "1.0");
-    xmlNodePtr root = xmlNewDocNode(doc, nullptr, BAD_CAST "vCATTable", nullptr);
-    xmlDocSetRootElement(doc, root);
-    xmlSetProp(root, BAD_CAST "version", BAD_CAST "1.2");
-    xmlNodePtr unique = xmlNewChild(root, nullptr, BAD_CAST "ColumnUnique", nullptr);
-    xmlSetProp(unique, BAD_CAST "id", BAD_CAST "C0");
-    std::vector<xmlNodePtr> columns;
-    for (int c = 0; c < columnCount; ++c) {
-        xmlNodePtr column = xmlNewChild(root, nullptr, BAD_CAST "Column", nullptr);
-        xmlSetProp(column, BAD_CAST "id", BAD_CAST("C" + std::to_string(c + 1)).c_str());
-        xmlSetProp(column, BAD_CAST "name", BAD_CAST("Col" + std::to_string(c)).c_str());
-        columns.push_back(column);
-    }
-    for (int r = 0; r < rows; ++r) {
-        const std::string id = "R" + std::to_string(r);
-        xmlNodePtr row =
-            xmlNewTextChild(unique, nullptr, BAD_CAST "RowUnique", BAD_CAST keyOfRow(r).c_str());
-        xmlSetProp(row, BAD_CAST "id", BAD_CAST id.c_str());
-        for (int c = 0; c < columnCount; ++c) {
-            xmlNodePtr cell =
-                xmlNewTextChild(columns[c], nullptr, BAD_CAST "Row", BAD_CAST textAt(r, c).c_str());
-            xmlSetProp(cell, BAD_CAST "idref", BAD_CAST id.c_str());
-        }
-    }
+    xmlDocPtr doc = plainTable(rows, columnCount);
     Plain plain;
     plain.build = secondsSince(start);
     const auto saving = cpuNow();
