@@ -6,12 +6,12 @@
 // work on the machine does not blur them.
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <string>
 #include <vector>
 
 #include <qvr/table.h>
 
+#include "cpu_time.h"
 #include "table_data.h"
 #include "vbscript/parse_cache.h"
 
@@ -19,17 +19,6 @@ using namespace qvr;
 using namespace qvr::bench;
 
 namespace {
-
-// Processor time of the process, in seconds.
-double cpuNow() {
-    timespec t{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
-}
-
-double secondsSince(double start) {
-    return cpuNow() - start;
-}
 
 // A table document of `rows` rows, each with a distinct length, so that no two substituted
 // formulas are the same text.

@@ -20,9 +20,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -33,6 +31,7 @@
 
 #include <qvr/table.h>
 
+#include "cpu_time.h"
 #include "table_data.h"
 
 #include "vbscript/parse_cache.h"
@@ -47,16 +46,6 @@ constexpr int kColumns = 10;
 constexpr const char* kFormula = "Col1 * Col2 + Col3";
 // Row objects looked up by key in each round.
 constexpr int kLookups = 5000;
-
-double cpuNow() {
-    timespec t{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
-}
-
-double since(double start) {
-    return cpuNow() - start;
-}
 
 std::size_t heapInUse() {
     return mallinfo2().uordblks;
@@ -193,7 +182,7 @@ double calculateAll(IQVRTableCalculatedColumn* column, const std::vector<int>& o
         Variant value;
         if (column->calculate(name(r), &value) != S_OK || asDouble(value) != expectedAt(r)) ++wrong;
     }
-    const double seconds = since(start);
+    const double seconds = secondsSince(start);
     if (wrong) std::printf("calculate: %d rows wrong\n", wrong);
     return seconds;
 }
@@ -213,38 +202,38 @@ void round(int rows, Figures& f) {
     // Plain libxml2: build and save.
     double start = cpuNow();
     xmlDocPtr plain = buildPlain(rows);
-    keepBest(f.plainBuild, since(start));
+    keepBest(f.plainBuild, secondsSince(start));
     start = cpuNow();
     xmlSaveFormatFileEnc(path.c_str(), plain, "UTF-8", 1);
-    keepBest(f.plainSave, since(start));
+    keepBest(f.plainSave, secondsSince(start));
     xmlFreeDoc(plain);
 
     // The model: build, save, load (with its heap).
     start = cpuNow();
     Ref<IQVRCatalogTable> built = buildModel(rows);
-    keepBest(f.build, since(start));
+    keepBest(f.build, secondsSince(start));
     VARIANT_BOOL ok = VARIANT_FALSE;
     start = cpuNow();
     built->saveAs(Variant(path), &ok);
-    keepBest(f.save, since(start));
+    keepBest(f.save, secondsSince(start));
     built = nullptr;
 
     // Both loads of the same file, one after the other, each with the heap it adds.
     std::size_t heap = heapInUse();
     start = cpuNow();
     plain = parsePlain(path);
-    keepBest(f.plainLoad, since(start));
+    keepBest(f.plainLoad, secondsSince(start));
     keepBest(f.plainMemory, static_cast<double>(heapInUse() - heap));
     start = cpuNow();
     freezePlain(plain, rows);
-    keepBest(f.plainFreeze, since(start));
+    keepBest(f.plainFreeze, secondsSince(start));
     xmlFreeDoc(plain);
     heap = heapInUse();
     start = cpuNow();
     Ref<IQVRCatalogTable> table;
     CreateCatalogTable(&table);
     table->load(Variant(path), 0, &ok);
-    keepBest(f.load, since(start));
+    keepBest(f.load, secondsSince(start));
     keepBest(f.memory, static_cast<double>(heapInUse() - heap));
     if (ok != VARIANT_TRUE) std::printf("load failed\n");
 
@@ -282,7 +271,7 @@ void round(int rows, Figures& f) {
             item->get_key(&key) != S_OK || key != keys[static_cast<std::size_t>(r)].str())
             ++missed;
     }
-    keepBest(f.getItem, since(start));
+    keepBest(f.getItem, secondsSince(start));
     if (missed) std::printf("get_item: %d keys missed\n", missed);
     list = nullptr;
     unique = nullptr;
@@ -291,7 +280,7 @@ void round(int rows, Figures& f) {
     vbscript::ParseCache::clear();
     start = cpuNow();
     const HRESULT hr = table->freezeCalculatedColumns(&ok);
-    keepBest(f.freeze, since(start));
+    keepBest(f.freeze, secondsSince(start));
     if (hr != S_OK || ok != VARIANT_TRUE) std::printf("freeze failed: %08x\n", hr);
     std::filesystem::remove(path);
 }

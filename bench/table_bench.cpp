@@ -14,9 +14,7 @@
 // links are added, found and removed (the row going with its last cell) at the cost of plain
 // cells, and that the cost per cell grows no more with the table than that of plain cells.
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -26,6 +24,7 @@
 
 #include <qvr/table.h>
 
+#include "cpu_time.h"
 #include "table_data.h"
 
 using namespace qvr;
@@ -34,18 +33,6 @@ using namespace qvr::bench;
 namespace {
 
 constexpr int columnCount = 10;
-
-// Processor time of this process: the machine is shared, and time spent waiting for another
-// process's turn says nothing about this code.
-using Clock = std::chrono::time_point<std::chrono::steady_clock, std::chrono::nanoseconds>;
-Clock cpuNow() {
-    timespec t{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-    return Clock(std::chrono::seconds(t.tv_sec) + std::chrono::nanoseconds(t.tv_nsec));
-}
-double secondsSince(Clock start) {
-    return std::chrono::duration<double>(cpuNow() - start).count();
-}
 
 // The same document as the model writes, made with libxml2 alone: ids and idrefs, a register of
 // rows, ten columns of cells.
