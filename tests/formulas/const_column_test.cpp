@@ -2,20 +2,11 @@
 // user's notation.
 #include <utility>
 
+#include "common/user_locale.h"
 #include "formulas/formula_fixture.h"
 
 namespace qvr::testing {
 namespace {
-
-// The user's locale for one scope.
-class UserLocale {
-public:
-    explicit UserLocale(LCID lcid) : saved_(GetUserLocale()) { SetUserLocale(lcid); }
-    ~UserLocale() { SetUserLocale(saved_); }
-
-private:
-    LCID saved_;
-};
 
 std::string stored(IQVRCatalogObject* column) {
     Variant value;

@@ -1,21 +1,10 @@
 // Cells and recipes: values written locale-neutrally and read typed by their column, the row
 // object's view of a row's cells, and recipes made without a word to the sinks.
+#include "common/user_locale.h"
 #include "tables/table_fixture.h"
 
 namespace qvr::testing {
 namespace {
-
-// Sets the user's locale for the life of the object.
-class UserLocale {
-public:
-    explicit UserLocale(LCID lcid) : previous_(GetUserLocale()) { SetUserLocale(lcid); }
-    ~UserLocale() { SetUserLocale(previous_); }
-    UserLocale(const UserLocale&) = delete;
-    UserLocale& operator=(const UserLocale&) = delete;
-
-private:
-    LCID previous_;
-};
 
 std::string storedText(IQVRCatalogTable* table, IQVRCatalogObject* column, const char* key) {
     Ref<IQVRTableCellObject> cell;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "common/user_locale.h"
 #include "variant_values.h"
 
 namespace qvr {
@@ -27,7 +28,7 @@ struct Case {
 
 void check(const std::vector<Case>& cases) {
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "case at line " << c.line);
+        SCOPED_TRACE(::testing::Message() << "case at line " << c.line);
         Variant out = Str("untouched");
         HRESULT hr = changeType(&out, c.src, c.lcid, c.flags, c.vt);
         EXPECT_EQ(hr, c.hr);
@@ -248,22 +249,16 @@ TEST(ChangeType, InPlaceAndUserLocale) {
     EXPECT_EQ(v, Str("25,5"));
     EXPECT_EQ(changeType(nullptr, v, DE, 0, VT_BSTR), E_INVALIDARG);
 
-    // LOCALE_USER_DEFAULT follows the process user locale; the table's locale 0 is en-US.
-    LCID saved = GetUserLocale();
-    EXPECT_EQ(saved, LCID_EN_US);
-    SetUserLocale(LCID_DE_DE);
-    EXPECT_EQ(GetUserLocale(), LCID_DE_DE);
-    Variant out;
-    EXPECT_EQ(changeType(&out, R8(1.5), LOCALE_USER_DEFAULT, 0, VT_BSTR), S_OK);
-    EXPECT_EQ(out, Str("1,5"));
-    EXPECT_EQ(changeType(&out, Str("1,5"), LOCALE_USER_DEFAULT, 0, VT_R8), S_OK);
-    EXPECT_EQ(out, R8(1.5));
-    EXPECT_EQ(changeType(&out, R8(1.5), LOCALE_NEUTRAL, 0, VT_BSTR), S_OK);
-    EXPECT_EQ(out, Str("1.5"));
-    // Another country of a known language reads as that language (de-AT).
-    EXPECT_EQ(changeType(&out, R8(1.5), 0x0C07, 0, VT_BSTR), S_OK);
-    EXPECT_EQ(out, Str("1,5"));
-    SetUserLocale(saved);
+    // LOCALE_USER_DEFAULT follows the process user locale (en-US until set); locale 0 is en-US;
+    // another country of a known language reads as that language (de-AT).
+    EXPECT_EQ(GetUserLocale(), LCID_EN_US);
+    testing::UserLocale german(DE);
+    check({
+        {__LINE__, R8(1.5), LOCALE_USER_DEFAULT, VT_BSTR, S_OK, Str("1,5")},
+        {__LINE__, Str("1,5"), LOCALE_USER_DEFAULT, VT_R8, S_OK, R8(1.5)},
+        {__LINE__, R8(1.5), LOCALE_NEUTRAL, VT_BSTR, S_OK, Str("1.5")},
+        {__LINE__, R8(1.5), 0x0C07, VT_BSTR, S_OK, Str("1,5")},
+    });
 }
 
 // Every source type to every target type the model and the formula language use, under en-US
@@ -362,8 +357,8 @@ TEST(ChangeType, EveryTypePair) {
             const auto& expected = locale == 0 ? row.us : row.de;
             for (std::size_t t = 0; t < std::size(targets); ++t) {
                 if (!expected[t].checked) continue;
-                SCOPED_TRACE(testing::Message() << "row at line " << row.line << ", lcid " << lcid
-                                                << ", vt " << targets[t]);
+                SCOPED_TRACE(::testing::Message() << "row at line " << row.line << ", lcid " << lcid
+                                                  << ", vt " << targets[t]);
                 Variant out;
                 EXPECT_EQ(changeType(&out, row.src, lcid, 0, targets[t]), expected[t].hr);
                 if (SUCCEEDED(expected[t].hr)) {
