@@ -160,47 +160,6 @@ TEST_F(TableFiles, SavingLoadingAndAnEmptyAddress) {
     EXPECT_EQ(loaded->saveAs(Variant(file("t.xml")), &ok), S_OK);
 }
 
-TEST_F(TableFiles, ATableBuiltThroughTheApiReadsBackEqualAfterSavingAndLoading) {
-    Ref<IQVRCatalogTable> table = newTable("Hexagon bolts", "en");
-    Ref<IQVRTableColumn> name = addColumn(table, "Name");
-    Ref<IQVRTableColumn> count = addColumn(table, "Count", qvrDataTypeInt);
-    Ref<IQVRTableColumn> length = addColumn(table, "Length", qvrDataTypeFloat);
-    const char* keys[] = {"M8x20", "M8x25", "Ø10 & <x>"};
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_EQ(addCell(table, name, keys[i], Variant(std::string("Bolt ") + keys[i])), S_OK);
-        ASSERT_EQ(addCell(table, count, keys[i], Variant(std::int32_t(100 * (i + 1)))), S_OK);
-        if (i != 1) {
-            ASSERT_EQ(addCell(table, length, keys[i], Variant(20.5 + i)), S_OK);
-        }
-    }
-    ASSERT_EQ(table->put_footNote("Zinc plated"), S_OK);
-    VARIANT_BOOL ok = VARIANT_FALSE;
-    ASSERT_EQ(table->saveAs(Variant(file("bolts.xml")), &ok), S_OK);
-
-    Ref<IQVRCatalogTable> loaded;
-    ASSERT_EQ(CreateCatalogTable(&loaded), S_OK);
-    ASSERT_EQ(loaded->load(Variant(file("bolts.xml")), 0, &ok), S_OK);
-    EXPECT_EQ(rowKeys(loaded), rowKeys(table));
-    EXPECT_EQ(columnNames(loaded), "Name Count Length");
-    Ref<IQVRCatalogObjectList> columns;
-    ASSERT_EQ(loaded->get_childNodes(&columns), S_OK);
-    Ref<IQVRCatalogObject> column[3];
-    for (int c = 0; c < 3; ++c) ASSERT_EQ(columns->getItem(c + 1, &column[c]), S_OK);
-    for (const char* key : keys) {
-        EXPECT_EQ(valueAt(loaded, column[0], key), valueAt(table, name, key)) << key;
-        EXPECT_EQ(valueAt(loaded, column[1], key), valueAt(table, count, key)) << key;
-        EXPECT_EQ(valueAt(loaded, column[2], key), valueAt(table, length, key)) << key;
-    }
-    EXPECT_EQ(valueAt(loaded, column[1], "M8x25"), Variant(std::int32_t(200)));
-    EXPECT_EQ(valueAt(loaded, column[2], "M8x20"), Variant(20.5));
-    EXPECT_TRUE(valueAt(loaded, column[2], "M8x25").isEmpty()); // a gap stays a gap
-    String text;
-    EXPECT_EQ(loaded->get_footNote(&text), S_OK);
-    EXPECT_EQ(text, "Zinc plated");
-    EXPECT_EQ(loaded->get_desc(&text), S_OK);
-    EXPECT_EQ(text, "Hexagon bolts");
-}
-
 TEST(TableDocument, RootPropertiesAndTheirEvents) {
     Ref<IQVRCatalogTable> table = newTable("", "");
     TableListener listener(table);

@@ -461,6 +461,20 @@ TEST_F(TableKinds, ATableOfEveryKindReadsBackEqualAfterSavingAndLoading) {
               S_OK);
     EXPECT_EQ(rowKeys(table), "M10 long M8 M12");
     EXPECT_EQ(textAt(front, "Drawing[2]") + "|" + textAt(docs, "RowRef[3]"), "d/M8.dxf|s/M8 .pdf");
+    // Plain columns of text and of whole numbers with a gap, a key that XML must escape and a
+    // foot note come back too.
+    Ref<IQVRTableColumn> name = addColumn(table, "Name"),
+                         count = addColumn(table, "Count", qvrDataTypeInt);
+    const char* allKeys[] = {"M10 long", "M8", "M12", "Ø10 & <x>"};
+    for (int i = 0; i < 4; ++i) {
+        ASSERT_EQ(addCell(table, name, allKeys[i], Variant(std::string("Bolt ") + allKeys[i])),
+                  S_OK);
+        if (i != 1) {
+            ASSERT_EQ(addCell(table, count, allKeys[i], Variant(std::int32_t(100 * (i + 1)))),
+                      S_OK);
+        }
+    }
+    ASSERT_EQ(table->put_footNote("Zinc plated"), S_OK);
 
     VARIANT_BOOL ok = VARIANT_FALSE;
     ASSERT_EQ(table->saveAs(Variant(file("every.xml")), &ok), S_OK);
@@ -473,16 +487,25 @@ TEST_F(TableKinds, ATableOfEveryKindReadsBackEqualAfterSavingAndLoading) {
     EXPECT_EQ(read, saved);
 
     // Each kind comes back as its class, and reads as it was written.
-    EXPECT_EQ(childTags(loaded), order);
-    EXPECT_EQ(rowKeys(loaded), "M10 long M8 M12");
+    EXPECT_EQ(childTags(loaded), childTags(table));
+    EXPECT_EQ(rowKeys(loaded), rowKeys(table));
     Ref<IQVRCatalogObjectList> columns;
     ASSERT_EQ(loaded->get_childNodes(&columns), S_OK);
-    Ref<IQVRCatalogObject> column[6];
-    for (std::int32_t c = 0; c < 6; ++c) ASSERT_EQ(columns->getItem(c + 1, &column[c]), S_OK);
+    Ref<IQVRCatalogObject> column[8];
+    for (std::int32_t c = 0; c < 8; ++c) ASSERT_EQ(columns->getItem(c + 1, &column[c]), S_OK);
     ASSERT_TRUE(query<IQVRTableRefColumn>(column[0]) && query<IQVRTableColumn>(column[1]) &&
                 query<IQVRTableConstColumn>(column[2]) &&
                 query<IQVRTableCalculatedColumn>(column[3]) &&
                 query<IQVRTableConstView>(column[4]) && query<IQVRTableView>(column[5]));
+    for (const char* key : allKeys) {
+        EXPECT_EQ(valueAt(loaded, column[6], key), valueAt(table, name, key)) << key;
+        EXPECT_EQ(valueAt(loaded, column[7], key), valueAt(table, count, key)) << key;
+    }
+    EXPECT_EQ(valueAt(loaded, column[7], "M12"), Variant(std::int32_t(300)));
+    EXPECT_TRUE(valueAt(loaded, column[7], "M8").isEmpty()); // a gap stays a gap
+    String text;
+    EXPECT_EQ(loaded->get_footNote(&text), S_OK);
+    EXPECT_EQ(text, "Zinc plated");
     for (const char* key : keys) {
         EXPECT_EQ(linkAt(loaded, column[0], key), linkAt(table, docs, key)) << key;
         EXPECT_EQ(valueAt(loaded, column[1], key), valueAt(table, length, key)) << key;
