@@ -27,13 +27,11 @@ void checkDomainAndValue(MakeId makeId, MakeList makeList, const std::string& id
     EXPECT_EQ(text, "123456789");
 
     EXPECT_EQ(vat->put_domain(nullptr), E_POINTER);
-    ASSERT_EQ(vat->get_domain(&text), S_OK);
-    EXPECT_EQ(text, "VAT");
+    EXPECT_EQ(got(vat, &Id::get_domain), "VAT");
 
     // The empty domain is stored, and is then a domain like any other.
     ASSERT_EQ(vat->put_domain(""), S_OK);
-    ASSERT_EQ(vat->get_domain(&text), S_OK);
-    EXPECT_EQ(text, "");
+    EXPECT_EQ(got(vat, &Id::get_domain), "");
     ASSERT_EQ(secondDuns->put_domain("EAN"), S_OK);
     ASSERT_EQ(list->appendChild(secondDuns, &inserted), S_OK);
     EXPECT_EQ(secondDuns->put_domain(""), E_FAIL);

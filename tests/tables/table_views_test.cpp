@@ -71,10 +71,9 @@ TEST(TableViews, EachSideHasAViewWithDrawingsForSomeRows) {
     Ref<IQVRTableView> views[8];
     for (std::int32_t side = 0; side < 8; ++side) {
         views[side] = addView(table, static_cast<QVRViewKey>(side));
-        QVRViewKey key = qvrViewUndefined;
-        ASSERT_EQ(views[side]->get_viewKey(&key), S_OK);
-        EXPECT_EQ(key, side);
-        EXPECT_EQ(textAt(views[side], "@viewKey"), sides[side]);
+        EXPECT_EQ(got(views[side], &IQVRTableView::get_viewKey) + " " +
+                      textAt(views[side], "@viewKey"),
+                  std::to_string(side) + " " + sides[side]);
         // Row B has a drawing from every other side.
         ASSERT_EQ(addDrawing(table, views[side], "A", "views\\A.dxf"), S_OK);
         if (side % 2) {
@@ -107,8 +106,7 @@ TEST(TableViews, EachSideHasAViewWithDrawingsForSomeRows) {
     EXPECT_EQ(lastError(), "You can only append a Drawing as a child of this object.");
 
     // A view's name and description are written only when given.
-    String text;
-    EXPECT_EQ(views[0]->get_viewName(&text), S_FALSE);
+    EXPECT_EQ(got(views[0], &IQVRTableView::get_viewName), "S_FALSE");
     Ref<IQVRTableView> hidden;
     ASSERT_EQ(table->createView(qvrView3D, "Iso", "Isometric", VARIANT_FALSE, &hidden), S_OK);
     EXPECT_EQ(textAt(hidden, "@viewName") + "|" + textAt(hidden, "@desc") + "|" +
@@ -238,22 +236,19 @@ TEST(TableViews, WordsOutsideTheirListsAreRefusedAndUnknownWordsReadAsTheFallbac
     ASSERT_EQ(table->get_childNodes(&columns), S_OK);
     Ref<IQVRCatalogObject> item;
     ASSERT_EQ(columns->getItem(1, &item), S_OK);
-    QVRViewKey side = qvrViewFront;
-    EXPECT_EQ(query<IQVRTableView>(item)->get_viewKey(&side), S_OK);
-    EXPECT_EQ(side, qvrViewUndefined);
+    EXPECT_EQ(got(query<IQVRTableView>(item), &IQVRTableView::get_viewKey),
+              std::to_string(qvrViewUndefined));
     ASSERT_EQ(columns->getItem(2, &item), S_OK);
-    side = qvrViewTop;
+    QVRViewKey side = qvrViewTop;
     EXPECT_EQ(query<IQVRTableView>(item)->get_viewKey(&side), S_FALSE);
     EXPECT_EQ(side, qvrViewTop);
     ASSERT_EQ(columns->getItem(3, &item), S_OK);
     refColumn = query<IQVRTableRefColumn>(item);
-    std::int32_t role = -1, show = -1, actuate = -1;
-    EXPECT_EQ(refColumn->get_role(&role), S_OK);
-    EXPECT_EQ(refColumn->get_show(&show), S_OK);
-    EXPECT_EQ(refColumn->get_actuate(&actuate), S_OK);
-    EXPECT_EQ(role, qvrRoleBr);
-    EXPECT_EQ(show, qvrShowUndefined);
-    EXPECT_EQ(actuate, qvrActuateUndefined);
+    EXPECT_EQ(got(refColumn, &IQVRTableRefColumn::get_role) + " " +
+                  got(refColumn, &IQVRTableRefColumn::get_show) + " " +
+                  got(refColumn, &IQVRTableRefColumn::get_actuate),
+              std::to_string(qvrRoleBr) + " " + std::to_string(qvrShowUndefined) + " " +
+                  std::to_string(qvrActuateUndefined));
 }
 
 TEST(TableViews, ARowGoesWithItsLastCellOfAnyKind) {
@@ -344,13 +339,10 @@ TEST(TableViews, AConstViewHoldsOneRecipePerApplication) {
     ASSERT_EQ(view->get_childNodes(&recipes), S_OK);
     EXPECT_EQ(keysIn(recipes), "CAD CAM");
     Ref<IQVRCatalogObject> item;
-    String path;
     ASSERT_EQ(recipes->getItem(1, &item), S_OK);
-    ASSERT_EQ(query<IQVRTableRecipe>(item)->get_path(&path), S_OK);
-    EXPECT_EQ(path, "recipes/top.cad");
+    EXPECT_EQ(got(query<IQVRTableRecipe>(item), &IQVRTableRecipe::get_path), "recipes/top.cad");
     ASSERT_EQ(recipes->getItem(2, &item), S_OK);
-    ASSERT_EQ(query<IQVRTableRecipe>(item)->get_path(&path), S_OK);
-    EXPECT_EQ(path, "file:///srv/top.cam");
+    EXPECT_EQ(got(query<IQVRTableRecipe>(item), &IQVRTableRecipe::get_path), "file:///srv/top.cam");
 
     // It keeps its last recipe.
     ASSERT_EQ(view->removeChild(item, nullptr), S_OK);
@@ -394,16 +386,14 @@ TEST(TableViews, AReferenceColumnKeepsItsLinksExactly) {
     Ref<IQVRTableCellObject> found;
     ASSERT_EQ(rowOf(table, "A")->getCell(docs, &found), S_OK);
     Ref<IQVRTableRefCell> cell = query<IQVRTableRefCell>(found);
-    String text;
-    EXPECT_EQ(cell->get_desc(&text), S_FALSE);
-    EXPECT_EQ(cell->get_title(&text), S_OK);
-    EXPECT_EQ(text, "A");
+    EXPECT_EQ(got(cell, &IQVRTableRefCell::get_desc), "S_FALSE");
+    EXPECT_EQ(got(cell, &IQVRTableRefCell::get_title), "A");
     TableListener listener(table);
     EXPECT_EQ(cell->put_title(""), S_OK);
     EXPECT_EQ(cell->put_title(""), S_OK);
     EXPECT_EQ(cell->put_desc("Sheet"), S_OK);
     EXPECT_EQ(listener.take(), "changed Link A | changed Link A");
-    EXPECT_EQ(cell->get_title(&text), S_FALSE);
+    EXPECT_EQ(got(cell, &IQVRTableRefCell::get_title), "S_FALSE");
 
     // The undefined show and actuate stand for no attribute.
     EXPECT_EQ(docs->put_show(qvrShowUndefined), S_OK);
@@ -504,8 +494,7 @@ TEST_F(TableKinds, ATableOfEveryKindReadsBackEqualAfterSavingAndLoading) {
     EXPECT_EQ(valueAt(loaded, column[7], "M12"), Variant(std::int32_t(300)));
     EXPECT_TRUE(valueAt(loaded, column[7], "M8").isEmpty()); // a gap stays a gap
     String text;
-    EXPECT_EQ(loaded->get_footNote(&text), S_OK);
-    EXPECT_EQ(text, "Zinc plated");
+    EXPECT_EQ(got(loaded, &IQVRCatalogTable::get_footNote), "Zinc plated");
     for (const char* key : keys) {
         EXPECT_EQ(linkAt(loaded, column[0], key), linkAt(table, docs, key)) << key;
         EXPECT_EQ(valueAt(loaded, column[1], key), valueAt(table, length, key)) << key;
@@ -519,9 +508,8 @@ TEST_F(TableKinds, ATableOfEveryKindReadsBackEqualAfterSavingAndLoading) {
     Ref<IQVRCatalogObjectList> recipes;
     ASSERT_EQ(column[4]->get_childNodes(&recipes), S_OK);
     EXPECT_EQ(keysIn(recipes), "CAD CAM");
-    QVRViewKey side = qvrViewUndefined;
-    ASSERT_EQ(query<IQVRTableConstView>(column[4])->get_viewKey(&side), S_OK);
-    EXPECT_EQ(side, qvrViewTop);
+    EXPECT_EQ(got(query<IQVRTableConstView>(column[4]), &IQVRTableConstView::get_viewKey),
+              std::to_string(qvrViewTop));
     Ref<IQVRCatalogReferencedFiles> files;
     ASSERT_EQ(query<IQVRTableView>(column[5])->get_xRefFiles(&files), S_OK);
     EXPECT_EQ(textAt(files, "URL/@xlink:href"), "http://cad/front.step");
