@@ -89,13 +89,6 @@ TEST_F(LeafColumns, HoldNoChildrenAndReadAnAbsentValueAsFalse) {
     ASSERT_EQ(element->removeAttribute("expression"), S_OK);
     EXPECT_EQ(weight->get_expression(&constant), S_FALSE);
     EXPECT_EQ(constant, "kept");
-
-    // A copy has a new id, the same constant.
-    ASSERT_EQ(density->put_constant("8"), S_OK);
-    Ref<IQVRCatalogObject> copy;
-    ASSERT_EQ(density->cloneNode(VARIANT_TRUE, &copy), S_OK);
-    EXPECT_NE(keyOf(copy), keyOf(density));
-    EXPECT_EQ(stored(copy), "8");
 }
 
 } // namespace
