@@ -82,24 +82,6 @@ TEST(TableRows, ASecondCellForARowInOneColumnIsRefusedAndTakenOut) {
     EXPECT_EQ(length->removeChild(uniqueColumnOf(table), nullptr), E_FAIL);
 }
 
-TEST(TableRows, RemovingARowTakesItsCellsOutOfEveryColumn) {
-    Ref<IQVRCatalogTable> table = newTable();
-    Ref<IQVRTableColumn> columns[] = {addColumn(table, "Length"), addColumn(table, "Width"),
-                                      addColumn(table, "Height")};
-    for (const Ref<IQVRTableColumn>& column : columns)
-        ASSERT_EQ(addCell(table, column, "A", Variant("1")), S_OK);
-    ASSERT_EQ(addCell(table, columns[1], "B", Variant("2")), S_OK);
-    TableListener listener(table);
-
-    Ref<IQVRCatalogObject> removed;
-    ASSERT_EQ(uniqueColumnOf(table)->removeChild(rowOf(table, "A"), &removed), S_OK);
-    EXPECT_EQ(listener.take(), "removed Cell A | removed Cell A | removed Cell A | removed Row A");
-    EXPECT_EQ(keyOf(removed), "A");
-    EXPECT_EQ(rowKeys(table), "B");
-    EXPECT_TRUE(tableIsWellFormed(table));
-    EXPECT_EQ(valueAt(table, columns[1], "B"), Variant("2"));
-}
-
 TEST(TableRows, TheUniqueColumnMakesRowsWithoutCellsAndRowsChangeTheirKey) {
     Ref<IQVRCatalogTable> table = newTable();
     Ref<IQVRTableColumn> length = addColumn(table, "Length");

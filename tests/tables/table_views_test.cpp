@@ -280,11 +280,15 @@ TEST(TableViews, ARowGoesWithItsLastCellOfAnyKind) {
     ASSERT_EQ(rowOf(table, "B")->getCell(view, &cell), S_OK);
     EXPECT_EQ(docs->removeChild(cell, nullptr), E_FAIL);
 
-    // Removing row B takes its cell, drawing and link along.
-    ASSERT_EQ(uniqueColumnOf(table)->removeChild(rowOf(table, "B"), nullptr), S_OK);
+    // Removing row B takes its cell, drawing and link out of every column and hands the row out.
+    Ref<IQVRCatalogObject> removed;
+    ASSERT_EQ(uniqueColumnOf(table)->removeChild(rowOf(table, "B"), &removed), S_OK);
     EXPECT_EQ(listener.take(),
               "removed Cell B | removed Drawing B | removed Link B | removed Row B");
+    EXPECT_EQ(keyOf(removed), "B");
     EXPECT_EQ(childTags(view), "Drawing Drawing");
+    EXPECT_EQ(valueAt(table, name, "C"), Variant("C"));
+    EXPECT_TRUE(tableIsWellFormed(table));
 
     // Removing the view takes along row D, which only the view knew.
     ASSERT_EQ(table->removeChild(view, nullptr), S_OK);
