@@ -1,6 +1,7 @@
 #include "formulas/document_columns.h"
 
 #include "core/value_selection.h"
+#include "platform/dom/index.h"
 
 namespace qvr {
 namespace {
@@ -20,12 +21,15 @@ bool isStringColumn(IXMLDOMElement* column) {
 
 HRESULT DocumentColumns::count(std::int32_t* count) {
     *count = 0;
-    if (following_ && listed_) {
+    // A listing stands while the table is followed, or while nothing could have changed it.
+    if (listed_ && (following_ || listedVersion_ == dom::Index::namingVersion())) {
         *count = static_cast<std::int32_t>(columns_.size());
         return S_OK;
     }
     columns_.clear();
+    listed_ = false;
     if (!document_) return E_FAIL;
+    listedVersion_ = dom::Index::namingVersion();
     Ref<IXMLDOMNodeList> list;
     HRESULT hr = document_->selectNodes(
         String(dom::forms::tableValueColumns.text(std::string_view())), &list);

@@ -1,6 +1,7 @@
 // The columns a formula can name, read from a table document: every `Column` and `ColumnConst`
-// child of the root, in document order. One instance serves one evaluation; it reads each
-// column's name once.
+// child of the root, in document order. The listing, with each column's name read once, stands
+// while the document layer counts no change that could alter it (an insertion, a removal, an
+// attribute set), so one instance may serve evaluation after evaluation.
 //
 // Values are found through the lookups the DOM layer answers from its indexes: a row's cell in a
 // column is the column's child selected by "*[@idref = '" id "']", so an evaluation costs the
@@ -68,6 +69,8 @@ private:
     String cellPath_;
     bool following_ = false;
     bool listed_ = false;
+    // The document layer's count of naming changes when the columns were listed.
+    std::uint64_t listedVersion_ = 0;
 };
 
 } // namespace qvr
