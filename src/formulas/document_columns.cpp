@@ -6,11 +6,6 @@
 namespace qvr {
 namespace {
 
-// Whether `name` can be pasted into a selection; a name that cannot is never looked up.
-bool fitsSelection(const String& name) {
-    return !selectionWithValue("", name, "").isNull();
-}
-
 // Whether `column` has the `dataType` "string", exactly.
 bool isStringColumn(IXMLDOMElement* column) {
     String type;
@@ -79,7 +74,7 @@ DocumentColumns::Column& DocumentColumns::detailed(std::int32_t index) {
     if (!c.detailsRead) {
         c.detailsRead = true;
         c.isString = isStringColumn(c.element);
-        c.fitsSelection = fitsSelection(c.name);
+        c.fitsSelection = fitsLiteral(c.name);
     }
     return c;
 }
@@ -91,18 +86,13 @@ bool DocumentColumns::nameFits(const String& name) {
         const Column* c = column(i);
         if (c->nameStatus == S_OK && c->name == name) return detailed(i).fitsSelection;
     }
-    return fitsSelection(name);
+    return fitsLiteral(name);
 }
 
 FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& rowId) {
     Lookup found;
-    if (cellPath_.isNull() || cellRow_ != rowId) {
-        cellRow_ = rowId;
-        cellPath_ = selectionWithValue(dom::forms::childByIdref, rowId);
-    }
-    const String& cellPath = cellPath_;
     // For the document this is one selection with both the name and the row id pasted in.
-    if (cellPath.isNull() || !nameFits(name)) {
+    if (!fitsLiteral(rowId) || !nameFits(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }
@@ -120,8 +110,12 @@ FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& r
             }
         }
         IXMLDOMElement* column = columns_[static_cast<std::size_t>(i)].element;
+        if (cellPath_.isNull() || cellRow_ != rowId) {
+            cellRow_ = rowId;
+            cellPath_ = selectionWithValue(dom::forms::childByIdref, rowId);
+        }
         Ref<IXMLDOMNodeList> cells;
-        if (FAILED(column->selectNodes(cellPath, &cells))) {
+        if (FAILED(column->selectNodes(cellPath_, &cells))) {
             found.outcome = Lookup::Broken;
             return found;
         }
