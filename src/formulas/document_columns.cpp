@@ -110,6 +110,21 @@ FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& r
             }
         }
         IXMLDOMElement* column = columns_[static_cast<std::size_t>(i)].element;
+        // The first of the row's nodes here answers when it is a `Row`, as it always is but in
+        // a document someone wrote by hand; else all of them are looked at.
+        Ref<IXMLDOMNode> first;
+        const HRESULT hr = selectOneWithValue(column, dom::forms::childByIdref, rowId, &first);
+        if (FAILED(hr)) {
+            found.outcome = Lookup::Broken;
+            return found;
+        }
+        if (hr == S_FALSE) continue;
+        if (String tag; first->get_nodeName(&tag) == S_OK && tag == "Row") {
+            found.outcome = Lookup::Found;
+            found.status = first->get_text(&found.text);
+            found.isString = detailed(i).isString;
+            return found;
+        }
         if (cellPath_.isNull() || cellRow_ != rowId) {
             cellRow_ = rowId;
             cellPath_ = selectionWithValue(dom::forms::childByIdref, rowId);
