@@ -74,25 +74,14 @@ DocumentColumns::Column& DocumentColumns::detailed(std::int32_t index) {
     if (!c.detailsRead) {
         c.detailsRead = true;
         c.isString = isStringColumn(c.element);
-        c.fitsSelection = fitsLiteral(c.name);
     }
     return c;
-}
-
-bool DocumentColumns::nameFits(const String& name) {
-    // Names are looked up by the names the columns have: the answer is the column's.
-    const auto count = static_cast<std::int32_t>(columns_.size());
-    for (std::int32_t i = 0; i < count; ++i) {
-        const Column* c = column(i);
-        if (c->nameStatus == S_OK && c->name == name) return detailed(i).fitsSelection;
-    }
-    return fitsLiteral(name);
 }
 
 FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& rowId) {
     Lookup found;
     // For the document this is one selection with both the name and the row id pasted in.
-    if (!fitsLiteral(rowId) || !nameFits(name)) {
+    if (!fitsLiteral(rowId) || !fitsLiteral(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }
@@ -172,7 +161,7 @@ Ref<IXMLDOMNode> DocumentColumns::cellInStep(Column& c, const String& rowId) {
 
 FormulaColumns::Lookup DocumentColumns::constant(const String& name) {
     Lookup found;
-    if (!nameFits(name)) {
+    if (!fitsLiteral(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }

@@ -44,7 +44,6 @@ private:
         // Read at the first lookup by this column's name.
         bool detailsRead = false;
         bool isString = false;
-        bool fitsSelection = false;
         // Following rows: the last node passed, if any.
         Ref<IXMLDOMNode> passed;
     };
@@ -53,10 +52,8 @@ private:
     Column* column(std::int32_t index);
     // Whether column `index` is of kind `isConst` and called exactly `name`.
     bool isNamed(std::int32_t index, bool isConst, const String& name);
-    // Column `index` (named) with its type and the fitness of its name for a selection read.
+    // Column `index` (named) with its type read.
     Column& detailed(std::int32_t index);
-    // Whether `name` can be pasted into a selection.
-    bool nameFits(const String& name);
     // Following rows: the first `Row` of column `c` for `rowId` when it is the next cell there;
     // else null.
     Ref<IXMLDOMNode> cellInStep(Column& c, const String& rowId);
