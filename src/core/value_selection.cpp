@@ -17,10 +17,6 @@ HRESULT refuseValue(const String& value) {
                        E_FAIL);
 }
 
-bool fitsLiteral(const String& value) {
-    return value.view().find('\'') == std::string_view::npos;
-}
-
 template <class Result, class Select>
 HRESULT selectWithValue(std::string_view head, const String& value, std::string_view tail,
                         Ref<Result>* found, Select&& select) {
@@ -38,6 +34,10 @@ HRESULT selectWithValue(const String& value, Ref<Result>* found, Select&& select
 }
 
 } // namespace
+
+bool fitsLiteral(const String& value) {
+    return value.view().find('\'') == std::string_view::npos;
+}
 
 String selectionWithValue(std::string_view head, const String& value, std::string_view tail) {
     if (!fitsLiteral(value)) return String();

@@ -12,6 +12,8 @@
 
 namespace qvr {
 
+// Whether `value` can stand inside the quoted literal of a selection.
+bool fitsLiteral(const String& value);
 // head + value + tail, or null when the value cannot stand inside the literal.
 String selectionWithValue(std::string_view head, const String& value, std::string_view tail);
 

@@ -8,6 +8,7 @@
 #include "core/row_tool.h"
 #include "formulas/document_columns.h"
 #include "formulas/formula_evaluator.h"
+#include "platform/dom/index.h"
 
 namespace qvr {
 namespace {
@@ -145,6 +146,33 @@ private:
     std::unique_ptr<FormulaRun> run_;
 };
 
+class Column::KeptRun {
+public:
+    KeptRun(Column& column, const String& formula)
+        : document_(column.ownerDocument()),
+          // Read before the columns are listed: a change made meanwhile is seen next time.
+          version_(dom::Index::namingVersion()), lcid_(GetUserLocale()), formula_(formula),
+          columns_(column.ownerDocument()), host_(column), run_(columns_, host_, formula_) {}
+
+    bool serves(IXMLDOMDocument* document, const String& formula) const {
+        return document == document_.get() && version_ == dom::Index::namingVersion() &&
+               lcid_ == GetUserLocale() && formula == formula_;
+    }
+    HRESULT evaluate(const String& rowId, Variant* result) { return run_.evaluate(rowId, result); }
+
+private:
+    Ref<IXMLDOMDocument> document_;
+    std::uint64_t version_;
+    LCID lcid_;
+    String formula_;
+    DocumentColumns columns_;
+    ColumnHost host_;
+    FormulaRun run_;
+};
+
+Column::CQVRTableCalculatedColumn() = default;
+Column::~CQVRTableCalculatedColumn() = default;
+
 std::unique_ptr<Column::Series> Column::startSeries() {
     return std::make_unique<ColumnSeries>(*this);
 }
@@ -165,9 +193,11 @@ HRESULT Column::findRow(const Variant& row, Ref<IXMLDOMElement>* found) {
 }
 
 HRESULT Column::evaluateFormula(const String& rowId, const String& formula, Variant* result) {
-    DocumentColumns columns(ownerDocument());
-    ColumnHost host(*this);
-    return FormulaEvaluator::evaluate(columns, host, rowId, formula, result);
+    if (!kept_ || !kept_->serves(ownerDocument(), formula)) {
+        kept_.reset();
+        kept_ = std::make_unique<KeptRun>(*this, formula);
+    }
+    return kept_->evaluate(rowId, result);
 }
 
 HRESULT Column::invoke(const String& name, const Variant*, int argc, Variant* result) {

@@ -20,6 +20,9 @@ class CQVRTableCalculatedColumn final
     : public TableColumnObject<IQVRTableCalculatedColumn, qvrCalculatedColumn>,
       public vbscript::IScriptObject {
 public:
+    CQVRTableCalculatedColumn();
+    ~CQVRTableCalculatedColumn() override;
+
     // --- IQVRTableCalculatedColumn -------------------------------------------------------------
     HRESULT get_expression(String* expression) override;
     HRESULT put_expression(const String& expression) override;
@@ -47,6 +50,14 @@ public:
 
 private:
     class ColumnSeries;
+    class KeptRun;
+
+    // What calculate() keeps from one call to the next: the columns as listed, the formula
+    // compiled as a template. It serves only while no change anywhere could have altered what it
+    // was made of (the document layer's count of such changes stands where it stood), for the same
+    // document, formula text and locale; anything else makes it again. Cell values are read anew
+    // for every row.
+    std::unique_ptr<KeptRun> kept_;
 
     // The row element that `row` names: by key for a text, else by one-based index.
     HRESULT findRow(const Variant& row, Ref<IXMLDOMElement>* found);

@@ -8,6 +8,7 @@
 #include "core/object_factory.h"
 #include "core/xml_dom_tool.h"
 #include "formulas/calculated_column.h"
+#include "platform/dom/indexed_forms.h"
 
 namespace qvr {
 namespace {
@@ -116,7 +117,8 @@ HRESULT ColumnFreezer::freezeAll(IQVRCatalogTable* table, IXMLDOMElement* root, 
     if (hr != S_OK) return hr;
     if (count > 0) {
         Ref<IXMLDOMNodeList> rows;
-        if ((hr = root->selectNodes("/vCATTable/ColumnUnique/RowUnique", &rows)) != S_OK) return hr;
+        if ((hr = root->selectNodes(String(dom::forms::tableRows.text({})), &rows)) != S_OK)
+            return hr;
         for (std::int32_t i = 0; i < count && hr == S_OK; ++i) {
             Ref<IXMLDOMNode> node;
             Ref<IQVRCatalogObject> object;

@@ -1,14 +1,10 @@
 #include "formulas/document_columns.h"
 
 #include "core/value_selection.h"
+#include "platform/dom/index.h"
 
 namespace qvr {
 namespace {
-
-// Whether `name` can be pasted into a selection; a name that cannot is never looked up.
-bool fitsSelection(const String& name) {
-    return !selectionWithValue("", name, "").isNull();
-}
 
 // Whether `column` has the `dataType` "string", exactly.
 bool isStringColumn(IXMLDOMElement* column) {
@@ -20,12 +16,15 @@ bool isStringColumn(IXMLDOMElement* column) {
 
 HRESULT DocumentColumns::count(std::int32_t* count) {
     *count = 0;
-    if (following_ && listed_) {
+    // A listing stands while the table is followed, or while nothing could have changed it.
+    if (listed_ && (following_ || listedVersion_ == dom::Index::namingVersion())) {
         *count = static_cast<std::int32_t>(columns_.size());
         return S_OK;
     }
     columns_.clear();
+    listed_ = false;
     if (!document_) return E_FAIL;
+    listedVersion_ = dom::Index::namingVersion();
     Ref<IXMLDOMNodeList> list;
     HRESULT hr = document_->selectNodes(
         String(dom::forms::tableValueColumns.text(std::string_view())), &list);
@@ -75,30 +74,14 @@ DocumentColumns::Column& DocumentColumns::detailed(std::int32_t index) {
     if (!c.detailsRead) {
         c.detailsRead = true;
         c.isString = isStringColumn(c.element);
-        c.fitsSelection = fitsSelection(c.name);
     }
     return c;
 }
 
-bool DocumentColumns::nameFits(const String& name) {
-    // Names are looked up by the names the columns have: the answer is the column's.
-    const auto count = static_cast<std::int32_t>(columns_.size());
-    for (std::int32_t i = 0; i < count; ++i) {
-        const Column* c = column(i);
-        if (c->nameStatus == S_OK && c->name == name) return detailed(i).fitsSelection;
-    }
-    return fitsSelection(name);
-}
-
 FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& rowId) {
     Lookup found;
-    if (cellPath_.isNull() || cellRow_ != rowId) {
-        cellRow_ = rowId;
-        cellPath_ = selectionWithValue(dom::forms::childByIdref, rowId);
-    }
-    const String& cellPath = cellPath_;
     // For the document this is one selection with both the name and the row id pasted in.
-    if (cellPath.isNull() || !nameFits(name)) {
+    if (!fitsLiteral(rowId) || !fitsLiteral(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }
@@ -116,8 +99,27 @@ FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& r
             }
         }
         IXMLDOMElement* column = columns_[static_cast<std::size_t>(i)].element;
+        // The first of the row's nodes here answers when it is a `Row`, as it always is but in
+        // a document someone wrote by hand; else all of them are looked at.
+        Ref<IXMLDOMNode> first;
+        const HRESULT hr = selectOneWithValue(column, dom::forms::childByIdref, rowId, &first);
+        if (FAILED(hr)) {
+            found.outcome = Lookup::Broken;
+            return found;
+        }
+        if (hr == S_FALSE) continue;
+        if (String tag; first->get_nodeName(&tag) == S_OK && tag == "Row") {
+            found.outcome = Lookup::Found;
+            found.status = first->get_text(&found.text);
+            found.isString = detailed(i).isString;
+            return found;
+        }
+        if (cellPath_.isNull() || cellRow_ != rowId) {
+            cellRow_ = rowId;
+            cellPath_ = selectionWithValue(dom::forms::childByIdref, rowId);
+        }
         Ref<IXMLDOMNodeList> cells;
-        if (FAILED(column->selectNodes(cellPath, &cells))) {
+        if (FAILED(column->selectNodes(cellPath_, &cells))) {
             found.outcome = Lookup::Broken;
             return found;
         }
@@ -159,7 +161,7 @@ Ref<IXMLDOMNode> DocumentColumns::cellInStep(Column& c, const String& rowId) {
 
 FormulaColumns::Lookup DocumentColumns::constant(const String& name) {
     Lookup found;
-    if (!nameFits(name)) {
+    if (!fitsLiteral(name)) {
         found.outcome = Lookup::Broken;
         return found;
     }

@@ -1,6 +1,7 @@
 // The columns a formula can name, read from a table document: every `Column` and `ColumnConst`
-// child of the root, in document order. One instance serves one evaluation; it reads each
-// column's name once.
+// child of the root, in document order. The listing, with each column's name read once, stands
+// while the document layer counts no change that could alter it (an insertion, a removal, an
+// attribute set), so one instance may serve evaluation after evaluation.
 //
 // Values are found through the lookups the DOM layer answers from its indexes: a row's cell in a
 // column is the column's child selected by "*[@idref = '" id "']", so an evaluation costs the
@@ -43,7 +44,6 @@ private:
         // Read at the first lookup by this column's name.
         bool detailsRead = false;
         bool isString = false;
-        bool fitsSelection = false;
         // Following rows: the last node passed, if any.
         Ref<IXMLDOMNode> passed;
     };
@@ -52,10 +52,8 @@ private:
     Column* column(std::int32_t index);
     // Whether column `index` is of kind `isConst` and called exactly `name`.
     bool isNamed(std::int32_t index, bool isConst, const String& name);
-    // Column `index` (named) with its type and the fitness of its name for a selection read.
+    // Column `index` (named) with its type read.
     Column& detailed(std::int32_t index);
-    // Whether `name` can be pasted into a selection.
-    bool nameFits(const String& name);
     // Following rows: the first `Row` of column `c` for `rowId` when it is the next cell there;
     // else null.
     Ref<IXMLDOMNode> cellInStep(Column& c, const String& rowId);
@@ -68,6 +66,8 @@ private:
     String cellPath_;
     bool following_ = false;
     bool listed_ = false;
+    // The document layer's count of naming changes when the columns were listed.
+    std::uint64_t listedVersion_ = 0;
 };
 
 } // namespace qvr

@@ -36,6 +36,9 @@ inline constexpr IndexedForm tableRowByKey{"/vCATTable/ColumnUnique/RowUnique[. 
 inline constexpr IndexedForm childRowById{"RowUnique[@id='", "']"};
 inline constexpr IndexedForm tableRowById{"/vCATTable/ColumnUnique/RowUnique[@id='", "']"};
 inline constexpr IndexedForm tableRowAt{"/vCATTable/ColumnUnique/RowUnique[", "]"};
+// Every row of a table, in document order; it takes no value, and is answered by walking the
+// unique column's children, without XPath.
+inline constexpr IndexedForm tableRows{"/vCATTable/ColumnUnique/RowUnique", ""};
 // Cells by the row `id` they name: anywhere in the table, among a column's children.
 inline constexpr IndexedForm tableCellsByIdref{"/vCATTable//*[@idref='", "']"};
 inline constexpr IndexedForm childByIdref{"*[@idref = '", "']"};
@@ -47,9 +50,9 @@ inline constexpr IndexedForm tableValueColumns{"/vCATTable/Column | /vCATTable/C
 
 // Every form above.
 inline constexpr IndexedForm all[] = {
-    descendantById, documentById,      childById,         tableRowByKey,
-    childRowById,   tableRowById,      tableRowAt,        tableCellsByIdref,
-    childByIdref,   tableUniqueColumn, tableValueColumns,
+    descendantById,    documentById, childById,         tableRowByKey,
+    childRowById,      tableRowById, tableRowAt,        tableRows,
+    tableCellsByIdref, childByIdref, tableUniqueColumn, tableValueColumns,
 };
 
 } // namespace forms

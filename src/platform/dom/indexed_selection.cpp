@@ -27,6 +27,7 @@ enum class Shape {
     TableCellsByIdref, // /vCATTable//*[@idref='ID']
     ChildByIdref,      // *[@idref = 'ID'] relative to a column
     TableRowAt,        // /vCATTable/ColumnUnique/RowUnique[N]
+    TableRows,         // /vCATTable/ColumnUnique/RowUnique
     TableColumns,      // /vCATTable/ColumnUnique, /vCATTable/Column | /vCATTable/ColumnConst
     ChildrenNamed,     // NAME: the context's child elements of that name, without namespace
 };
@@ -58,6 +59,7 @@ constexpr ShapeForm kShapeForms[] = {
     {"/vCATTable/ColumnUnique/RowUnique[@id = '", "']", Shape::TableRowById},
     {forms::tableCellsByIdref.head, forms::tableCellsByIdref.tail, Shape::TableCellsByIdref},
     {"/vCATTable//*[@idref = '", "']", Shape::TableCellsByIdref},
+    {forms::tableRows.head, forms::tableRows.tail, Shape::TableRows},
     {forms::tableUniqueColumn.head, forms::tableUniqueColumn.tail, Shape::TableColumns},
     {forms::tableValueColumns.head, forms::tableValueColumns.tail, Shape::TableColumns},
     {forms::tableRowAt.head, forms::tableRowAt.tail, Shape::TableRowAt},
@@ -73,7 +75,7 @@ bool isStrictDescendant(xmlNodePtr node, xmlNodePtr ancestor) {
 }
 
 bool valueFits(Shape shape, std::string_view value) {
-    if (shape == Shape::TableColumns) return value.empty();
+    if (shape == Shape::TableColumns || shape == Shape::TableRows) return value.empty();
     if (shape != Shape::TableRowAt) return value.find('\'') == std::string_view::npos;
     return !value.empty() && value.size() <= kMaxPositionDigits &&
            std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; });
@@ -228,6 +230,19 @@ bool answerShape(xmlNodePtr context, const ShapeForm& shape, std::string_view te
     case Shape::TableRowAt:
         index.rowsAt(std::stoul(std::string(value)), firstOnly, nodes);
         return true;
+    case Shape::TableRows: {
+        xmlNodePtr root = xmlDocGetRootElement(context->doc);
+        if (!isPlainElement(root, "vCATTable")) return true;
+        for (xmlNodePtr column = root->children; column; column = column->next) {
+            if (!isPlainElement(column, "ColumnUnique")) continue;
+            for (xmlNodePtr row = column->children; row; row = row->next) {
+                if (!isPlainElement(row, "RowUnique")) continue;
+                nodes->push_back(row);
+                if (firstOnly) return true;
+            }
+        }
+        return true;
+    }
     case Shape::ChildrenNamed: return false; // answered above
     case Shape::TableColumns: {
         // Children of the root, walked: a table has a handful of columns.
