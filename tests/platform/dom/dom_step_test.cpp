@@ -1,8 +1,10 @@
 // Walking a column's cells in step: only elements of the asked name with the asked attribute stop
-// the walk, and an element made for the caller is the one whose value matches.
+// the walk, and an element made for the caller is the one whose value matches. Writing cells in
+// step: an element appended whole, or nothing at all.
 #include <gtest/gtest.h>
 
 #include "dom_test_support.h"
+#include "platform/dom/element_append.h"
 #include "platform/dom/selection.h"
 
 namespace qvr {
@@ -56,6 +58,22 @@ TEST(DomStep, StopsAtTheNextElementOfTheNameWithTheAttribute) {
     EXPECT_EQ(
         Selection::nextChildWithAttribute(column, column, "Row", "idref", "a", &found, &equal),
         E_INVALIDARG);
+}
+
+TEST(DomStep, AppendsAWholeElementOrNothing) {
+    const auto doc = parseXml("<Column><Row idref='a'>1</Row></Column>");
+    const Ref<IXMLDOMNode> column = selectOne(doc, "/Column");
+    using dom::ElementAppend;
+    EXPECT_EQ(ElementAppend::textElement(column, "Row", "idref", "b", "2.5"), S_OK);
+    EXPECT_EQ(xmlOf(column), "<Column><Row idref=\"a\">1</Row><Row idref=\"b\">2.5</Row></Column>");
+    // The new cell is found by the lookup tables like any other.
+    EXPECT_EQ(textOf(selectOne(column, "*[@idref = 'b']")), "2.5");
+    EXPECT_EQ(ElementAppend::textElement(column, "Row", "idref", "c", "bad \x01"), E_INVALIDARG);
+    EXPECT_EQ(ElementAppend::textElement(column, "Row", "idref", "c\x02", "3"), E_INVALIDARG);
+    EXPECT_EQ(ElementAppend::textElement(column, "1Row", "idref", "c", "3"), E_FAIL);
+    EXPECT_EQ(ElementAppend::textElement(doc, "Row", "idref", "c", "3"), E_INVALIDARG);
+    EXPECT_EQ(ElementAppend::textElement(nullptr, "Row", "idref", "c", "3"), E_INVALIDARG);
+    EXPECT_EQ(xmlOf(column), "<Column><Row idref=\"a\">1</Row><Row idref=\"b\">2.5</Row></Column>");
 }
 
 } // namespace
