@@ -6,8 +6,8 @@
 
 #include "core/event_sinks.h"
 #include "core/object_factory.h"
-#include "core/xml_dom_tool.h"
 #include "formulas/calculated_column.h"
+#include "platform/dom/element_append.h"
 #include "platform/dom/indexed_forms.h"
 
 namespace qvr {
@@ -57,7 +57,7 @@ private:
 class CellWriter {
 public:
     CellWriter(IXMLDOMElement* column, IXMLDOMNodeList* rows, std::int32_t count)
-        : tool_(column), rows_(rows), keys_(static_cast<std::size_t>(count)),
+        : column_(column), rows_(rows), keys_(static_cast<std::size_t>(count)),
           ids_(static_cast<std::size_t>(count)) {}
 
     // `written` false: row `index` must take the table's road, and nothing was done.
@@ -89,18 +89,14 @@ public:
         // The text of a cell is its value as en-US writes it, whatever the user's locale; a value
         // that has none fails on the table's road.
         if (changeType(&text, value, LCID_EN_US, 0, VT_BSTR) != S_OK) return S_OK;
-        Ref<IXMLDOMElement> cell;
-        if ((hr = tool_.ownerDocument()->createElement("Row", &cell)) != S_OK ||
-            (hr = cell->setAttribute("idref", id)) != S_OK ||
-            (hr = cell->put_text(text.str())) != S_OK ||
-            (hr = tool_.insertNode(cell, nullptr)) != S_OK)
+        if ((hr = dom::ElementAppend::textElement(column_, "Row", "idref", id, text.str())) != S_OK)
             return hr;
         *written = true;
         return S_OK;
     }
 
 private:
-    CXMLDOMTool tool_;
+    IXMLDOMElement* column_;
     IXMLDOMNodeList* rows_;
     // The keys of the rows met so far, and the ids the column's cells name.
     MetTexts keys_, ids_;

@@ -2,6 +2,7 @@
 
 #include "core/value_selection.h"
 #include "platform/dom/index.h"
+#include "platform/dom/selection.h"
 
 namespace qvr {
 namespace {
@@ -141,22 +142,16 @@ FormulaColumns::Lookup DocumentColumns::cell(const String& name, const String& r
 }
 
 Ref<IXMLDOMNode> DocumentColumns::cellInStep(Column& c, const String& rowId) {
-    for (;;) {
-        Ref<IXMLDOMNode> node;
-        const HRESULT hr =
-            c.passed ? c.passed->get_nextSibling(&node) : c.element->get_firstChild(&node);
-        if (hr != S_OK || !node) return nullptr;
-        Ref<IXMLDOMElement> cell = query<IXMLDOMElement>(node);
-        String tag, idref;
-        // A node that is no cell of a row is never an answer, and is passed.
-        if (cell && cell->get_nodeName(&tag) == S_OK && tag == "Row" &&
-            cell->getAttribute("idref", &idref) == S_OK) {
-            if (idref != rowId) return nullptr; // some other row's: it stays ahead
-            c.passed = node;
-            return node;
-        }
-        c.passed = node;
-    }
+    // The next cell of a row: a node that is no cell of a row is never an answer, and is passed;
+    // a cell of another row stays ahead.
+    Ref<IXMLDOMNode> next;
+    bool same = false;
+    if (dom::Selection::nextChildWithAttribute(c.element, c.passed, "Row", "idref", rowId.view(),
+                                               &next, &same) != S_OK ||
+        !same)
+        return nullptr;
+    c.passed = next;
+    return next;
 }
 
 FormulaColumns::Lookup DocumentColumns::constant(const String& name) {

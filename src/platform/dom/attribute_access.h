@@ -32,13 +32,15 @@ public:
     // A copy of an attribute standing alone, keeping its qualified name.
     static xmlAttrPtr copyAlone(xmlAttrPtr attribute);
 
+    // The attribute `name` (qualified as get takes it) of `element`, or null.
+    static xmlAttrPtr find(xmlNodePtr element, std::string_view name);
+
     // The prefixes the layer knows without a declaration; XPath knows them too.
     static const KnownNamespace* knownNamespaces(std::size_t* count);
 
 private:
     // S_OK for a value a document can carry, else the report that names the attribute.
     static HRESULT checkValue(std::string_view name, const String& value);
-    static xmlAttrPtr find(xmlNodePtr element, std::string_view name);
     static HRESULT setDeclaration(xmlNodePtr element, const String& name, const String& value);
     static HRESULT removeDeclaration(xmlNodePtr element, const String& name);
     static void makeAlone(xmlAttrPtr attribute);

@@ -6,6 +6,7 @@
 #include "platform/dom/indexed_selection.h"
 #include "platform/dom/node_list.h"
 #include "platform/dom/tree.h"
+#include "platform/dom/xml_text.h"
 #include "platform/dom/xpath_engine.h"
 
 namespace qvr::dom {
@@ -64,6 +65,53 @@ HRESULT Selection::selectOneAttribute(IXMLDOMNode* context, const IndexedForm& f
         if (!element || element->type != XML_ELEMENT_NODE) return E_NOINTERFACE;
         const HRESULT hr = AttributeAccess::get(element, name, text);
         return FAILED(hr) ? hr : S_OK;
+    });
+}
+
+namespace {
+
+// Whether `element` is named `tag` as the node names it: prefix, colon and local name, or the
+// local name alone when it has no prefix.
+bool namedAs(xmlNodePtr element, std::string_view tag) {
+    const std::string_view local = chars(element->name);
+    const xmlChar* prefix = element->ns ? element->ns->prefix : nullptr;
+    if (!prefix) return local == tag;
+    const std::string_view head = chars(prefix);
+    return tag.size() == head.size() + 1 + local.size() && tag.starts_with(head) &&
+           tag[head.size()] == ':' && tag.ends_with(local);
+}
+
+} // namespace
+
+HRESULT Selection::nextChildWithAttribute(IXMLDOMNode* parent, IXMLDOMNode* after,
+                                          std::string_view tag, std::string_view attribute,
+                                          std::string_view value, Ref<IXMLDOMNode>* found,
+                                          bool* equal) {
+    if (!found || !equal) return E_POINTER;
+    *found = nullptr;
+    *equal = false;
+    return guarded([&] {
+        xmlNodePtr container = parent ? Handle::nodeOf(parent) : nullptr;
+        if (!container || container->type != XML_ELEMENT_NODE) return E_INVALIDARG;
+        xmlNodePtr node = container->children;
+        if (after) {
+            xmlNodePtr previous = Handle::nodeOf(after);
+            if (!previous || previous->parent != container) return E_INVALIDARG;
+            node = previous->next;
+        }
+        for (; node; node = node->next) {
+            if (node->type != XML_ELEMENT_NODE || !namedAs(node, tag)) continue;
+            xmlAttrPtr attr = AttributeAccess::find(node, attribute);
+            if (!attr) continue;
+            xmlNodePtr text = attr->children;
+            // One text node, the usual case, is compared in place.
+            *equal = text && !text->next && text->type == XML_TEXT_NODE
+                         ? std::string_view(chars(text->content)) == value
+                         : contentOf(reinterpret_cast<xmlNodePtr>(attr)).view() == value;
+            if (*equal) *found = Tree::of(node)->wrap(node);
+            return S_OK;
+        }
+        return S_FALSE;
     });
 }
 

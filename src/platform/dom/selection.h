@@ -33,6 +33,17 @@ public:
     // when nothing is selected. E_NOINTERFACE when what is selected is no element.
     static HRESULT selectOneAttribute(IXMLDOMNode* context, const IndexedForm& form,
                                       std::string_view value, const String& name, String* text);
+
+    // A walk over the children of `parent` (an element of this layer) in step: the first element
+    // after `after` (from the first child when `after` is null) whose name is `tag` (as the node
+    // names it, prefix and all) and which has the attribute `attribute` (without prefix). S_OK,
+    // with `*equal` telling whether that attribute's value is `value`, and the element in
+    // `*found` when it is (no object is made for one that is not); S_FALSE when no such element
+    // follows. E_INVALIDARG when `after` is no child of `parent`.
+    static HRESULT nextChildWithAttribute(IXMLDOMNode* parent, IXMLDOMNode* after,
+                                          std::string_view tag, std::string_view attribute,
+                                          std::string_view value, Ref<IXMLDOMNode>* found,
+                                          bool* equal);
 };
 
 } // namespace qvr::dom
