@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <qvr/catalog.h>
@@ -39,6 +40,31 @@ inline Ref<IQVRCatalogObject> childAt(IQVRCatalogObject* object, std::int32_t in
     Ref<IQVRCatalogObject> item;
     if (object && object->get_childNodes(&list) == S_OK) list->getItem(index, &item);
     return item;
+}
+
+// What the getter `get` of `object` answers, as text: the value it wrote when it answers S_OK
+// ("(unwritten)" when it wrote none), "S_FALSE", or "failed" and the status. A getter checked this
+// way in one line tells its status and its value together.
+template <class Object, class Interface, class Value>
+std::string got(Object* object, HRESULT (Interface::*get)(Value*)) {
+    constexpr bool isText = std::is_same_v<Value, String>;
+    Value value{};
+    if constexpr (isText)
+        value = String("(unwritten)");
+    else
+        value = static_cast<Value>(99);
+    const HRESULT hr = (object->*get)(&value);
+    if (hr == S_FALSE) return "S_FALSE";
+    if (FAILED(hr)) return "failed " + std::to_string(hr);
+    if constexpr (isText)
+        return value.str();
+    else
+        return value == static_cast<Value>(99) ? "(unwritten)"
+                                               : std::to_string(static_cast<long long>(value));
+}
+template <class Object, class Getter>
+std::string got(const Ref<Object>& object, Getter get) {
+    return got(object.get(), get);
 }
 
 // Loads a catalog document from text.

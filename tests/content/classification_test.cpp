@@ -56,8 +56,7 @@ TEST(Extrinsic, HoldsATextOrACopyOfAnElement) {
     EXPECT_EQ(keyOf(content), keyOf(t.part)); // a copy, ids untouched
     EXPECT_EQ(childTags(t.inner), "Desc Part");
     String value;
-    ASSERT_EQ(extra->get_value(&value), S_OK);
-    EXPECT_EQ(value, "zinc plated");
+    EXPECT_EQ(got(extra, &IQVRCatalogExtrinsic::get_value), "zinc plated");
     // The copy does not follow its source, and a text replaces it again.
     ASSERT_EQ(t.part->put_name("M10"), S_OK);
     EXPECT_EQ(nameOf(content), "M8");

@@ -3,6 +3,7 @@
 
 #include "common/catalog_elements.h"
 #include "common/catalog_fixture.h"
+#include "common/user_locale.h"
 
 namespace qvr::testing {
 namespace {
@@ -13,14 +14,7 @@ std::string childText(IQVRCatalogObject* object, const char* tag) {
     return object->getValue(tag, &text) == S_OK ? text.str().str() : "-";
 }
 
-// Restores the user's locale at the end of a test.
-struct LocaleScope {
-    LCID saved = GetUserLocale();
-    ~LocaleScope() { SetUserLocale(saved); }
-};
-
 TEST(OrderInfo, DatesAreStoredUnderTheUsersLocaleAndReadBackAsDates) {
-    LocaleScope locale;
     Ref<IQVRCatalog> catalog = newCatalog();
     const DATE march14 = 46095.0, december31 = 46387.0; // 2026-03-14, 2026-12-31
     struct Case {
@@ -30,7 +24,7 @@ TEST(OrderInfo, DatesAreStoredUnderTheUsersLocaleAndReadBackAsDates) {
     };
     for (const Case& c : {Case{LCID_EN_US, "3/14/2026", "12/31/2026"},
                           Case{LCID_DE_DE, "14.03.2026", "31.12.2026"}}) {
-        SetUserLocale(c.lcid);
+        UserLocale locale(c.lcid);
         Ref<IQVRCatalogOrderInfo> info;
         ASSERT_EQ(catalog->createOrderInfo(Variant::date(march14), Variant::date(december31),
                                            nullptr, &info),
@@ -46,7 +40,6 @@ TEST(OrderInfo, DatesAreStoredUnderTheUsersLocaleAndReadBackAsDates) {
     }
 
     // A text is stored as it stands; one that is no date fails on reading, result untouched.
-    SetUserLocale(LCID_EN_US);
     Ref<IQVRCatalogOrderInfo> info;
     ASSERT_EQ(catalog->createOrderInfo(Variant("soon"), Variant::missing(), nullptr, &info), S_OK);
     EXPECT_EQ(childText(info, "EffDate"), "soon");

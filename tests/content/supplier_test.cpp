@@ -9,64 +9,38 @@
 namespace qvr::testing {
 namespace {
 
-// The two identifier families are built alike: `makeId` and `makeList` are the catalog's two
-// factories of one family, `Id` its interface.
-template <class Id, class MakeId, class MakeList>
-void checkDomainAndValue(MakeId makeId, MakeList makeList, const std::string& idTag) {
-    SCOPED_TRACE(idTag);
-    Ref<IQVRCatalog> catalog = newCatalog();
-    Ref<Id> duns, vat, secondDuns;
-    Ref<IQVRCatalogObject> list, inserted, removed;
-    ASSERT_EQ(makeId(catalog, "DUNS", "123456789", &duns), S_OK);
-    ASSERT_EQ(makeId(catalog, "VAT", "DE811", &vat), S_OK);
-    ASSERT_EQ(makeId(catalog, "DUNS", "987654321", &secondDuns), S_OK);
-    ASSERT_EQ(makeList(catalog, duns, &list), S_OK);
-    ASSERT_EQ(list->appendChild(vat, &inserted), S_OK);
-    String text;
-    ASSERT_EQ(duns->get_value(&text), S_OK);
-    EXPECT_EQ(text, "123456789");
-
+// The two identifier families behave alike: `Id` is the interface of one family's identifier,
+// `make` its maker with a domain, `list` its container (holding one identifier).
+template <class Id, class Make>
+void checkDomainAndValue(IQVRCatalog* catalog, Make make, elements::Made list, const char* value) {
+    const Ref<Id> vat = query<Id>(make(catalog, "VAT")), ean = query<Id>(make(catalog, "EAN"));
+    ASSERT_EQ(list->appendChild(vat, nullptr), S_OK);
+    EXPECT_EQ(got(vat, &Id::get_value), value);
     EXPECT_EQ(vat->put_domain(nullptr), E_POINTER);
-    ASSERT_EQ(vat->get_domain(&text), S_OK);
-    EXPECT_EQ(text, "VAT");
-
+    EXPECT_EQ(got(vat, &Id::get_domain), "VAT");
     // The empty domain is stored, and is then a domain like any other.
     ASSERT_EQ(vat->put_domain(""), S_OK);
-    ASSERT_EQ(vat->get_domain(&text), S_OK);
-    EXPECT_EQ(text, "");
-    ASSERT_EQ(secondDuns->put_domain("EAN"), S_OK);
-    ASSERT_EQ(list->appendChild(secondDuns, &inserted), S_OK);
-    EXPECT_EQ(secondDuns->put_domain(""), E_FAIL);
-    ASSERT_EQ(list->removeChild(secondDuns, &removed), S_OK);
-
-    Ref<Id> id;
-    EXPECT_EQ(makeId(catalog, nullptr, "x", &id), E_INVALIDARG);
-    EXPECT_EQ(makeId(catalog, "d", nullptr, &id), E_INVALIDARG);
-}
-
-// A list factory with the common out type.
-template <class List, class Factory>
-auto listMaker(Factory factory) {
-    return [factory](IQVRCatalog* c, IQVRCatalogObject* id, Ref<IQVRCatalogObject>* out) {
-        Ref<List> list;
-        HRESULT hr = (c->*factory)(id, &list);
-        *out = list.get();
-        return hr;
-    };
+    EXPECT_EQ(got(vat, &Id::get_domain), "");
+    ASSERT_EQ(list->appendChild(ean, nullptr), S_OK);
+    EXPECT_EQ(ean->put_domain(""), E_FAIL);
 }
 
 TEST(SupplierIds, DomainAndValueInBothFamilies) {
+    using namespace elements;
+    Ref<IQVRCatalog> catalog = newCatalog();
     checkDomainAndValue<IQVRCatalogSupplierID>(
-        [](IQVRCatalog* c, const char* d, const char* v, Ref<IQVRCatalogSupplierID>* out) {
-            return c->createSupplierID(d, v, out);
-        },
-        listMaker<IQVRCatalogSupplierIDs>(&IQVRCatalog::createSupplierIDs), "SupplierID");
+        catalog, [](C c, const char* d) { return supplierId(c, d); }, supplierIds(catalog),
+        "315843217");
     checkDomainAndValue<IQVRCatalogECommerceCenterID>(
-        [](IQVRCatalog* c, const char* d, const char* v, Ref<IQVRCatalogECommerceCenterID>* out) {
-            return c->createECommerceCenterID(d, v, out);
-        },
-        listMaker<IQVRCatalogECommerceCenterIDs>(&IQVRCatalog::createECommerceCenterIDs),
-        "ECommerceCenterID");
+        catalog, [](C c, const char* d) { return centerId(c, d); }, centerIds(catalog),
+        "4012345000009");
+    // Both factories need a domain and a value.
+    Ref<IQVRCatalogSupplierID> id;
+    Ref<IQVRCatalogECommerceCenterID> center;
+    EXPECT_EQ(catalog->createSupplierID(nullptr, "x", &id), E_INVALIDARG);
+    EXPECT_EQ(catalog->createSupplierID("d", nullptr, &id), E_INVALIDARG);
+    EXPECT_EQ(catalog->createECommerceCenterID(nullptr, "x", &center), E_INVALIDARG);
+    EXPECT_EQ(catalog->createECommerceCenterID("d", nullptr, &center), E_INVALIDARG);
 }
 
 TEST(SupplierLocation, JoinsAnAddressWithItsOrderMethods) {

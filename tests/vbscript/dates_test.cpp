@@ -111,8 +111,6 @@ TEST(VbscriptDates, FormattingUnderTheUserLocale) {
         {
             {"FormatNumber(1234.5)", "8\t\"1.234,50\""},
             {"CStr(1.5)", "8\t\"1,5\""},
-            {"\"1,5\" + 1", "5\t2.5"},
-            {"CDbl(\"1.234,5\")", "5\t1234.5"},
             {"MonthName(3)", "8\t\"März\""},
             {"WeekdayName(1, False, vbUseSystemDayOfWeek)", "8\t\"Montag\""},
             {"#1/2/2003#", "7\t2003-01-02T00:00:00"}, // date literals stay in the US form

@@ -138,9 +138,8 @@ TEST_F(VbscriptEngine, TheParseCacheChangesNothingObservable) {
     }
     // Folded constants follow the locale the text is evaluated under.
     EXPECT_EQ(eval("1.5 & \"\""), "8\t\"1.5\"");
-    SetUserLocale(LCID_DE_DE);
+    qvr::testing::UserLocale german(LCID_DE_DE);
     EXPECT_EQ(eval("1.5 & \"\""), "8\t\"1,5\"");
-    SetUserLocale(LCID_EN_US);
 }
 
 TEST_F(VbscriptEngine, EachEngineStartsItsOwnRandomSequence) {

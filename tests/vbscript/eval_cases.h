@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/user_locale.h"
 #include "vbscript/script_engine.h"
 #include "vbscript/value_text.h"
 
@@ -35,10 +36,8 @@ inline std::string evaluateLine(std::string_view expression) {
 
 // Every case under `lcid`, each in a fresh engine; the user locale is restored afterwards.
 inline void expectCases(std::initializer_list<Case> cases, LCID lcid = LCID_EN_US) {
-    LCID saved = GetUserLocale();
-    SetUserLocale(lcid);
+    qvr::testing::UserLocale locale(lcid);
     for (const Case& c : cases) EXPECT_EQ(evaluateLine(c.expression), c.expected) << c.expression;
-    SetUserLocale(saved);
 }
 
 } // namespace qvr::vbscript::testing

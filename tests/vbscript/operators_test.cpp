@@ -1,86 +1,45 @@
+// The operators hand their operands to the variant arithmetic, whose rules of types, overflow
+// and Null have tables of their own; here each operator reaches its own function, from literals
+// folded at compile time and from values met at run time, and its failures come back as the
+// language's errors.
 #include "eval_cases.h"
 
 namespace qvr::vbscript::testing {
 namespace {
 
-// Integers widen on overflow; a Double that overflows, and any division by zero, fail.
-TEST(VbscriptOperators, ArithmeticPromotesOnOverflowAndFailsOnZero) {
+TEST(VbscriptOperators, EachOperatorReachesItsArithmeticAndFailsAsTheLanguage) {
     expectCases({
         {"1 + 1", "2\t2"},
         {"32767 + 1", "3\t32768"},
-        {"2147483647 + 1", "5\t2147483648"},
-        {"1 + 1.5", "5\t2.5"},
-        {"CByte(1) + CByte(2)", "17\t3"},
         {"CByte(255) + CByte(1)", "2\t256"},
-        {"CSng(1.5) + 1", "4\t2.5"},
-        {"CCur(1.5) + 1", "6\t2.5"},
-        {"True + True", "2\t-2"},
-        {"Empty + Empty", "2\t0"},
         {"#1/1/2000# + 1", "7\t2000-01-02T00:00:00"},
         {"#1/2/2000# - #1/1/2000#", "5\t1"},
-        {"200 * 200", "3\t40000"},
         {"-32768 * -1", "3\t32768"},
         {"1 / 2", "5\t0.5"},
-        {"4 / 2", "5\t2"},
         {"7 \\ 2", "2\t3"},
         {"7.9 \\ 2", "3\t4"},
         {"-7 Mod 3", "2\t-1"},
-        {"7 Mod -3", "2\t1"},
-        {"5.5 Mod 2", "3\t0"},
         {"2 ^ 10", "5\t1024"},
         {"-\"5\"", "5\t-5"},
-        {"-Empty", "2\t0"},
-        {"1 / 0", "error\t11\tDivision by zero"},
-        {"5 \\ 0", "error\t11\tDivision by zero"},
-        {"5 Mod 0", "error\t11\tDivision by zero"},
-        {"0 / 0", "error\t6\tOverflow"},
-        {"1E308 * 10", "error\t6\tOverflow"},
-    });
-}
-
-TEST(VbscriptOperators, PlusAddsNumbersAndJoinsTexts) {
-    expectCases({
         {"\"1\" + \"2\"", "8\t\"12\""},
         {"\"1\" + 2", "5\t3"},
-        {"\"5\" - 2", "5\t3"},
-        {"\"2\" * \"3\"", "5\t6"},
-        {"Empty + \"a\"", "8\t\"a\""},
-        {"\"abc\" * 2", "error\t13\tType mismatch: '[string: \"abc\"]'"},
-        {"\"a\" + 1", "error\t13\tType mismatch: '[string: \"a\"]'"},
         {"1 & 2", "8\t\"12\""},
-        {"True & \"\"", "8\t\"True\""},
-        {"Null & \"a\"", "8\t\"a\""},
         {"Null & Null", "1\tNull"},
-        {"Empty & Empty", "8\t\"\""},
-    });
-}
-
-TEST(VbscriptOperators, NullPropagates) {
-    expectCases({
         {"Null + 1", "1\tNull"},
-        {"1 - Null", "1\tNull"},
-        {"Null * 0", "1\tNull"},
-        {"-Null", "1\tNull"},
-        {"Not Null", "1\tNull"},
-        {"Null = Null", "1\tNull"},
-        {"Null <> 1", "1\tNull"},
-        {"Null And False", "11\tFalse"},
-        {"Null And True", "1\tNull"},
-        {"Null Or True", "11\tTrue"},
-        {"Null Or False", "1\tNull"},
-    });
-}
-
-TEST(VbscriptOperators, LogicalOperatorsAreBitwise) {
-    expectCases({
-        {"True And False", "11\tFalse"},
         {"12 And 10", "2\t8"},
         {"12 Or 3", "2\t15"},
         {"5 Xor 3", "2\t6"},
         {"Not 0", "2\t-1"},
-        {"Not True", "11\tFalse"},
         {"True Eqv False", "11\tFalse"},
         {"False Imp True", "11\tTrue"},
+        {"Null And False", "11\tFalse"},
+        {"Null Or False", "1\tNull"},
+        {"Not Null", "1\tNull"},
+        {"1 / 0", "error\t11\tDivision by zero"},
+        {"5 Mod 0", "error\t11\tDivision by zero"},
+        {"0 / 0", "error\t6\tOverflow"},
+        {"1E308 * 10", "error\t6\tOverflow"},
+        {"\"abc\" * 2", "error\t13\tType mismatch: '[string: \"abc\"]'"},
         {"\"abc\" And 1", "error\t13\tType mismatch: '[string: \"abc\"]'"},
     });
 }
@@ -95,6 +54,8 @@ TEST(VbscriptOperators, ComparisonsFollowTheLiteralRule) {
         {"1 <> 2", "11\tTrue"},
         {"Empty = 0", "11\tTrue"},
         {"Empty = \"\"", "11\tTrue"},
+        {"Null = Null", "1\tNull"},
+        {"Null <> 1", "1\tNull"},
         // A literal number makes the text a number; a literal text makes the number a text.
         {"\"10\" > 9", "11\tTrue"},
         {"\"1\" = 1", "11\tTrue"},
@@ -108,11 +69,7 @@ TEST(VbscriptOperators, ComparisonsFollowTheLiteralRule) {
         {"\"True\" = (1 = 1)", "11\tTrue"},
         {"(1 = 1) < CStr(0)", "11\tTrue"},
         {"#1/1/2000# < #1/2/2000#", "11\tTrue"},
-    });
-}
-
-TEST(VbscriptOperators, IsComparesObjects) {
-    expectCases({
+        // Is compares objects only.
         {"Nothing Is Nothing", "11\tTrue"},
         {"1 Is Nothing", "error\t424\tObject required"},
         {"Nothing + 1", "error\t91\tObject variable not set"},

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "common/user_locale.h"
 #include "variant_values.h"
 
 namespace qvr {
@@ -27,7 +28,7 @@ struct Case {
 
 void check(const std::vector<Case>& cases) {
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "case at line " << c.line);
+        SCOPED_TRACE(::testing::Message() << "case at line " << c.line);
         Variant out = Str("untouched");
         HRESULT hr = changeType(&out, c.src, c.lcid, c.flags, c.vt);
         EXPECT_EQ(hr, c.hr);
@@ -57,18 +58,14 @@ TEST(ChangeType, NumbersToText) {
         {__LINE__, R4(1.0f / 3), US, VT_BSTR, S_OK, Str("0.3333333")},
         {__LINE__, R4(1234567.0f), US, VT_BSTR, S_OK, Str("1234567")},
         {__LINE__, R4(1e7f), US, VT_BSTR, S_OK, Str("1E+07")},
-        {__LINE__, R4(25.5f), DE, VT_BSTR, S_OK, Str("25,5")},
-        {__LINE__, Cy(1.5), US, VT_BSTR, S_OK, Str("1.5")},
         {__LINE__, Cy(12.3456), DE, VT_BSTR, S_OK, Str("12,3456")},
         {__LINE__, Cy(-0.05), US, VT_BSTR, S_OK, Str("-0.05")},
         {__LINE__, Cy(100), US, VT_BSTR, S_OK, Str("100")},
-        {__LINE__, I4(1234567), DE, VT_BSTR, S_OK, Str("1234567")},
     });
 }
 
 TEST(ChangeType, BooleansToText) {
     check({
-        {__LINE__, Bool(true), US, VT_BSTR, S_OK, Str("-1")},
         {__LINE__, Bool(false), DE, VT_BSTR, S_OK, Str("0")},
         {__LINE__, Bool(true), DE, VT_BSTR, S_OK, Str("True"), VARIANT_ALPHABOOL},
         {__LINE__, Bool(false), US, VT_BSTR, S_OK, Str("False"), VARIANT_ALPHABOOL},
@@ -84,8 +81,6 @@ TEST(ChangeType, BooleansToText) {
 TEST(ChangeType, TextToNumbers) {
     check({
         // Separators of the locale; the group separator is skipped wherever it stands.
-        {__LINE__, Str("1.234,5"), DE, VT_R8, S_OK, R8(1234.5)},
-        {__LINE__, Str("1.234,5"), US, VT_R8, S_OK, R8(1.2345)},
         {__LINE__, Str("1,234.5"), US, VT_R8, S_OK, R8(1234.5)},
         {__LINE__, Str("25,5"), DE, VT_R8, S_OK, R8(25.5)},
         {__LINE__, Str("25.5"), GB, VT_R8, S_OK, R8(25.5)},
@@ -182,10 +177,6 @@ TEST(ChangeType, BetweenNumbers) {
         {__LINE__, R8(1e300), US, VT_I4, DISP_E_OVERFLOW, {}},
         {__LINE__, R8(std::nan("")), US, VT_I4, DISP_E_OVERFLOW, {}},
         {__LINE__, R8(1e39), US, VT_R4, DISP_E_OVERFLOW, {}},
-        {__LINE__, R8(0.5), US, VT_R4, S_OK, R4(0.5f)},
-        {__LINE__, R4(2.5f), US, VT_I2, S_OK, I2(2)},
-        {__LINE__, I4(-70000), US, VT_R8, S_OK, R8(-70000)},
-        {__LINE__, I2(-1), US, VT_UI1, DISP_E_OVERFLOW, {}},
         {__LINE__, R8(255.4), US, VT_UI1, S_OK, Byte(255)},
         {__LINE__, R8(-0.4), US, VT_UI1, S_OK, Byte(0)},
         // Currency: four decimals, half to even both ways. A Double rounds as its exact binary
@@ -196,19 +187,14 @@ TEST(ChangeType, BetweenNumbers) {
         {__LINE__, R8(-9e14), US, VT_CY, S_OK, Cy(-9e14)},
         {__LINE__, R8(1e15), US, VT_CY, DISP_E_OVERFLOW, {}},
         {__LINE__, Cy(2.5), US, VT_I2, S_OK, I2(2)},
-        {__LINE__, Cy(3.5), US, VT_I4, S_OK, I4(4)},
         {__LINE__, Cy(-2.5), US, VT_I4, S_OK, I4(-2)},
         {__LINE__, Cy(-3.5001), US, VT_I4, S_OK, I4(-4)},
-        {__LINE__, Cy(1.25), US, VT_R8, S_OK, R8(1.25)},
-        {__LINE__, I2(3), US, VT_CY, S_OK, Cy(3)},
         // Booleans: True is -1, all bits set.
         {__LINE__, Bool(false), US, VT_I4, S_OK, I4(0)},
         {__LINE__, R8(0.1), US, VT_BOOL, S_OK, Bool(true)},
         {__LINE__, I2(0), US, VT_BOOL, S_OK, Bool(false)},
         {__LINE__, Cy(0.0001), US, VT_BOOL, S_OK, Bool(true)},
-        // Dates are numbers of days.
-        {__LINE__, Date(1.75), US, VT_R8, S_OK, R8(1.75)},
-        {__LINE__, R8(36526.5), US, VT_DATE, S_OK, Date(36526.5)},
+        // Dates are numbers of days, within their range.
         {__LINE__, I4(3000000), US, VT_DATE, DISP_E_OVERFLOW, {}},
         {__LINE__, R8(-700000), US, VT_DATE, DISP_E_OVERFLOW, {}},
     });
@@ -248,26 +234,21 @@ TEST(ChangeType, InPlaceAndUserLocale) {
     EXPECT_EQ(v, Str("25,5"));
     EXPECT_EQ(changeType(nullptr, v, DE, 0, VT_BSTR), E_INVALIDARG);
 
-    // LOCALE_USER_DEFAULT follows the process user locale; the table's locale 0 is en-US.
-    LCID saved = GetUserLocale();
-    EXPECT_EQ(saved, LCID_EN_US);
-    SetUserLocale(LCID_DE_DE);
-    EXPECT_EQ(GetUserLocale(), LCID_DE_DE);
-    Variant out;
-    EXPECT_EQ(changeType(&out, R8(1.5), LOCALE_USER_DEFAULT, 0, VT_BSTR), S_OK);
-    EXPECT_EQ(out, Str("1,5"));
-    EXPECT_EQ(changeType(&out, Str("1,5"), LOCALE_USER_DEFAULT, 0, VT_R8), S_OK);
-    EXPECT_EQ(out, R8(1.5));
-    EXPECT_EQ(changeType(&out, R8(1.5), LOCALE_NEUTRAL, 0, VT_BSTR), S_OK);
-    EXPECT_EQ(out, Str("1.5"));
-    // Another country of a known language reads as that language (de-AT).
-    EXPECT_EQ(changeType(&out, R8(1.5), 0x0C07, 0, VT_BSTR), S_OK);
-    EXPECT_EQ(out, Str("1,5"));
-    SetUserLocale(saved);
+    // LOCALE_USER_DEFAULT follows the process user locale (en-US until set); locale 0 is en-US;
+    // another country of a known language reads as that language (de-AT).
+    EXPECT_EQ(GetUserLocale(), LCID_EN_US);
+    testing::UserLocale german(DE);
+    check({
+        {__LINE__, R8(1.5), LOCALE_USER_DEFAULT, VT_BSTR, S_OK, Str("1,5")},
+        {__LINE__, Str("1,5"), LOCALE_USER_DEFAULT, VT_R8, S_OK, R8(1.5)},
+        {__LINE__, R8(1.5), LOCALE_NEUTRAL, VT_BSTR, S_OK, Str("1.5")},
+        {__LINE__, R8(1.5), 0x0C07, VT_BSTR, S_OK, Str("1,5")},
+    });
 }
 
 // Every source type to every target type the model and the formula language use, under en-US
-// and de-DE. Only text differs between the two locales.
+// and de-DE. Only text differs between the two locales. The tables above hold the edges of each
+// conversion; a plain case of a pair stands here only.
 struct Expect {
     HRESULT hr;
     Variant value;
@@ -362,8 +343,8 @@ TEST(ChangeType, EveryTypePair) {
             const auto& expected = locale == 0 ? row.us : row.de;
             for (std::size_t t = 0; t < std::size(targets); ++t) {
                 if (!expected[t].checked) continue;
-                SCOPED_TRACE(testing::Message() << "row at line " << row.line << ", lcid " << lcid
-                                                << ", vt " << targets[t]);
+                SCOPED_TRACE(::testing::Message() << "row at line " << row.line << ", lcid " << lcid
+                                                  << ", vt " << targets[t]);
                 Variant out;
                 EXPECT_EQ(changeType(&out, row.src, lcid, 0, targets[t]), expected[t].hr);
                 if (SUCCEEDED(expected[t].hr)) {

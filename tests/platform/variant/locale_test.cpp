@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/user_locale.h"
 #include "platform/variant/locale_info.h"
 #include "platform/variant/number_text.h"
 
@@ -19,14 +20,13 @@ TEST(Locale, TableAndResolution) {
     EXPECT_EQ(resolveLocale(0x0411), LCID_EN_US); // an unknown language falls back to en-US
     EXPECT_STREQ(localeInfo(LOCALE_INVARIANT).shortDate, "MM/dd/yyyy");
 
-    SetUserLocale(LCID_FR_FR);
+    testing::UserLocale french(LCID_FR_FR);
     EXPECT_EQ(resolveLocale(LOCALE_USER_DEFAULT), LCID_FR_FR);
     SetUserLocale(0x0807); // de-CH is kept as given and reads as the German entry
     EXPECT_EQ(GetUserLocale(), 0x0807u);
     EXPECT_EQ(resolveLocale(LOCALE_USER_DEFAULT), LCID_DE_DE);
     SetUserLocale(LOCALE_USER_DEFAULT); // no change
     EXPECT_EQ(GetUserLocale(), 0x0807u);
-    SetUserLocale(LCID_EN_US);
 }
 
 TEST(Locale, FixedNumbers) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/user_locale.h"
 #include "variant_values.h"
 
 namespace qvr {
@@ -27,7 +28,7 @@ struct UnaryCase {
 template <class Case, class Call>
 void run(const std::vector<Case>& cases, Call call) {
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "case at line " << c.line);
+        SCOPED_TRACE(::testing::Message() << "case at line " << c.line);
         Variant out = Str("untouched");
         EXPECT_EQ(call(c, &out), c.hr);
         EXPECT_EQ(out, SUCCEEDED(c.hr) ? c.expected : Str("untouched"));
@@ -191,13 +192,12 @@ TEST(Operators, PowerAndConcatenate) {
                       {__LINE__, kMissing, Str(""), DISP_E_TYPEMISMATCH, {}},
                   });
     // Under a German user locale numbers and booleans join in German.
-    SetUserLocale(LCID_DE_DE);
+    testing::UserLocale german(LCID_DE_DE);
     Variant out;
     EXPECT_EQ(varCat(R8(25.5), Bool(false), &out), S_OK);
     EXPECT_EQ(out, Str("25,5Falsch"));
     EXPECT_EQ(varAdd(Str("1,5"), I2(1), &out), S_OK);
     EXPECT_EQ(out, R8(2.5));
-    SetUserLocale(LCID_EN_US);
 }
 
 TEST(Operators, ConcatenateIntoTheLeftOperand) {
@@ -407,7 +407,7 @@ TEST(Operators, Compare) {
         {__LINE__, kMissing, I2(1), DISP_E_TYPEMISMATCH},
     };
     for (const Row& r : rows) {
-        SCOPED_TRACE(testing::Message() << "case at line " << r.line);
+        SCOPED_TRACE(::testing::Message() << "case at line " << r.line);
         EXPECT_EQ(varCmp(r.l, r.r, LCID_EN_US, r.flags), r.expected);
     }
 }
