@@ -91,6 +91,34 @@ private:
 
 } // namespace
 
+class Column::KeptRun {
+public:
+    KeptRun(Column& column, const String& formula)
+        : document_(column.ownerDocument()),
+          // Read before the columns are listed: a change made meanwhile is seen next time.
+          version_(dom::Index::namingVersion()), lcid_(GetUserLocale()), formula_(formula),
+          columns_(column.ownerDocument()), host_(column), run_(columns_, host_, formula_) {}
+
+    // Nothing it was made of can have changed: the formula too is the one it was made for.
+    bool current(IXMLDOMDocument* document) const {
+        return document == document_.get() && version_ == dom::Index::namingVersion() &&
+               lcid_ == GetUserLocale();
+    }
+    bool serves(IXMLDOMDocument* document, const String& formula) const {
+        return current(document) && formula == formula_;
+    }
+    HRESULT evaluate(const String& rowId, Variant* result) { return run_.evaluate(rowId, result); }
+
+private:
+    Ref<IXMLDOMDocument> document_;
+    std::uint64_t version_;
+    LCID lcid_;
+    String formula_;
+    DocumentColumns columns_;
+    ColumnHost host_;
+    FormulaRun run_;
+};
+
 HRESULT Column::get_expression(String* expression) {
     return accessors::getAttribute(*this, "expression", expression);
 }
@@ -109,6 +137,7 @@ HRESULT Column::calculate(const Variant& row, Variant* result) {
         if (hr != S_OK) return hr;
         String id;
         if (FAILED(hr = rowElement->getAttribute("id", &id))) return hr;
+        if (kept_ && kept_->current(ownerDocument())) return kept_->evaluate(id, result);
         String formula;
         if ((hr = get_expression(&formula)) != S_OK) return hr;
         if (formula.isEmpty()) return S_OK;
@@ -144,30 +173,6 @@ private:
     HRESULT formulaStatus_ = S_OK;
     String formula_;
     std::unique_ptr<FormulaRun> run_;
-};
-
-class Column::KeptRun {
-public:
-    KeptRun(Column& column, const String& formula)
-        : document_(column.ownerDocument()),
-          // Read before the columns are listed: a change made meanwhile is seen next time.
-          version_(dom::Index::namingVersion()), lcid_(GetUserLocale()), formula_(formula),
-          columns_(column.ownerDocument()), host_(column), run_(columns_, host_, formula_) {}
-
-    bool serves(IXMLDOMDocument* document, const String& formula) const {
-        return document == document_.get() && version_ == dom::Index::namingVersion() &&
-               lcid_ == GetUserLocale() && formula == formula_;
-    }
-    HRESULT evaluate(const String& rowId, Variant* result) { return run_.evaluate(rowId, result); }
-
-private:
-    Ref<IXMLDOMDocument> document_;
-    std::uint64_t version_;
-    LCID lcid_;
-    String formula_;
-    DocumentColumns columns_;
-    ColumnHost host_;
-    FormulaRun run_;
 };
 
 Column::CQVRTableCalculatedColumn() = default;

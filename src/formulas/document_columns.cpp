@@ -66,7 +66,7 @@ bool DocumentColumns::isNamed(std::int32_t index, bool isConst, const String& na
 HRESULT DocumentColumns::name(std::int32_t index, String* name) {
     const Column* c = column(index);
     if (!c) return E_INVALIDARG;
-    if (c->nameStatus == S_OK) *name = c->name;
+    if (c->nameStatus == S_OK && name) *name = c->name;
     return c->nameStatus;
 }
 

@@ -30,7 +30,8 @@ public:
 
     // The number of columns; a failure ends the substitution with that status.
     virtual HRESULT count(std::int32_t* count) = 0;
-    // The `name` of column `index`; S_FALSE when it has none.
+    // The `name` of column `index`; S_FALSE when it has none. A null `name` asks for the status
+    // alone.
     virtual HRESULT name(std::int32_t index, String* name) = 0;
     // The text of the cell of row `rowId` in the first `Column` called `name` that has one.
     virtual Lookup cell(const String& name, const String& rowId) = 0;

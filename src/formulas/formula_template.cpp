@@ -79,16 +79,18 @@ HRESULT FormulaTemplate::evaluate(FormulaColumns& columns, const String& rowId, 
     // where it occurs in the formula.
     const auto count = static_cast<std::int32_t>(groupOfColumn_.size());
     for (std::int32_t i = 0; i < count; ++i) {
+        // Every column's name must read, as for substitution; only a name the formula holds, at
+        // places still empty, is wanted.
+        const std::int32_t g = groupOfColumn_[static_cast<std::size_t>(i)];
+        Group* group = g < 0 ? nullptr : &groups_[static_cast<std::size_t>(g)];
+        const bool wanted = group && !group->holes.empty() && !group->filled;
         String name;
-        HRESULT hr = columns.name(i, &name);
+        HRESULT hr = columns.name(i, wanted ? &name : nullptr);
         if (hr != S_OK) {
             *handled = true;
             return hr;
         }
-        const std::int32_t g = groupOfColumn_[static_cast<std::size_t>(i)];
-        if (name.isEmpty() || g < 0) continue;
-        Group& group = groups_[static_cast<std::size_t>(g)];
-        if (group.holes.empty() || group.filled) continue;
+        if (!wanted || name.isEmpty()) continue;
         FormulaColumns::Lookup found = columns.cell(name, rowId);
         if (found.outcome == FormulaColumns::Lookup::Missing) found = columns.constant(name);
         if (found.outcome != FormulaColumns::Lookup::Found) continue;
@@ -98,9 +100,9 @@ HRESULT FormulaTemplate::evaluate(FormulaColumns& columns, const String& rowId, 
         }
         if (found.text.isEmpty()) continue;
         if (!found.isString && numbersCanName_) return S_OK;
-        for (std::size_t hole : group.holes)
+        for (std::size_t hole : group->holes)
             if (!expression_->fill(hole, found.text.view(), found.isString)) return S_OK;
-        group.filled = true;
+        group->filled = true;
     }
     // A name left in the text is a word for the engine: that is the textual road's affair.
     for (const Group& group : groups_)

@@ -28,7 +28,7 @@ public:
         return S_OK;
     }
     HRESULT name(std::int32_t i, String* name) override {
-        *name = held[static_cast<std::size_t>(i)].name;
+        if (name) *name = held[static_cast<std::size_t>(i)].name;
         return S_OK;
     }
     Lookup cell(const String& name, const String&) override { return find(name, false); }
