@@ -4,7 +4,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "formulas/active_script.h"
@@ -51,18 +50,6 @@ HRESULT FormulaEvaluator::substitute(FormulaColumns& columns, const String& rowI
     return S_OK;
 }
 
-HRESULT FormulaEvaluator::evaluate(FormulaColumns& columns, Host& host, const String& rowId,
-                                   const String& formula, Variant* result) {
-    return guarded([&] {
-        if (FormulaTemplate* shape = templateFor(columns, formula)) {
-            bool handled = false;
-            const HRESULT hr = shape->evaluate(columns, rowId, result, &handled);
-            if (handled) return hr;
-        }
-        return evaluateText(columns, host, rowId, formula, result);
-    });
-}
-
 bool FormulaEvaluator::listNames(FormulaColumns& columns, std::vector<String>* names) {
     std::int32_t count = 0;
     if (columns.count(&count) != S_OK) return false;
@@ -70,29 +57,6 @@ bool FormulaEvaluator::listNames(FormulaColumns& columns, std::vector<String>* n
     for (std::int32_t i = 0; i < count; ++i)
         columns.name(i, &(*names)[static_cast<std::size_t>(i)]);
     return true;
-}
-
-FormulaTemplate* FormulaEvaluator::templateFor(FormulaColumns& columns, const String& formula) {
-    // Templates by formula, names and locale: what a template is made of, so one found here is
-    // the one that would be made. Per thread, bounded as the parse cache is.
-    constexpr std::size_t kMaxTemplates = 1024;
-    thread_local std::unordered_map<std::string, std::unique_ptr<FormulaTemplate>> templates;
-    std::vector<String> names;
-    if (formula.isNull() || !listNames(columns, &names)) return nullptr;
-    const LCID lcid = GetUserLocale();
-    // Each text with its length in front, so that no two lists make one key.
-    std::string key = std::to_string(lcid) + ' ' + std::to_string(formula.byteLength()) + ' ';
-    key += formula.view();
-    for (const String& name : names) {
-        key += ' ' + std::to_string(name.byteLength()) + ' ';
-        key += name.view();
-    }
-    auto found = templates.find(key);
-    if (found != templates.end()) return found->second.get();
-    if (templates.size() >= kMaxTemplates) templates.clear();
-    // A formula that makes no template is remembered as such.
-    return templates.emplace(std::move(key), FormulaTemplate::build(formula, names, lcid))
-        .first->second.get();
 }
 
 HRESULT FormulaEvaluator::evaluateText(FormulaColumns& columns, Host& host, const String& rowId,

@@ -47,14 +47,10 @@ public:
     static HRESULT substitute(FormulaColumns& columns, const String& rowId, const String& formula,
                               String* working);
 
-    // Substitution, then the engine. `result` (cleared by the caller) receives the value. A
-    // refused text is reported through the error record under the engine's status, which is
-    // returned; failures before the engine runs are returned without a message. A formula met
-    // before with the same column names is not cut and compiled again: its template, kept per
-    // thread, gives the same answer (see FormulaTemplate).
-    static HRESULT evaluate(FormulaColumns& columns, Host& host, const String& rowId,
-                            const String& formula, Variant* result);
-    // The same by pasting the values into the text and handing it to a fresh engine.
+    // Substitution, then a fresh engine given the pasted text. `result` (cleared by the caller)
+    // receives the value. A refused text is reported through the error record under the
+    // engine's status, which is returned; failures before the engine runs are returned without a
+    // message.
     static HRESULT evaluateText(FormulaColumns& columns, Host& host, const String& rowId,
                                 const String& formula, Variant* result);
 
@@ -66,15 +62,12 @@ public:
     // The names of the columns as `columns` lists them now (a column without one gives an empty
     // name); false when they cannot be listed.
     static bool listNames(FormulaColumns& columns, std::vector<String>* names);
-
-private:
-    // The template of `formula` for the columns as `columns` lists them now, or null.
-    static FormulaTemplate* templateFor(FormulaColumns& columns, const String& formula);
 };
 
 // One formula evaluated row after row over one listing of columns that nothing changes meanwhile
-// (a freeze, where no one else runs). The columns are listed once, and the formula is compiled
-// once as a template; each row answers exactly what FormulaEvaluator::evaluate would.
+// (a freeze, where no one else runs, or a calculated column's calculations while the DOM layer
+// counts no change). The columns are listed once, and the formula is compiled
+// once as a template; each row answers exactly what evaluateText would.
 class FormulaRun {
 public:
     FormulaRun(FormulaColumns& columns, FormulaEvaluator::Host& host, const String& formula);

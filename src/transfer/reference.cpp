@@ -168,6 +168,18 @@ HRESULT CQVRCatalogReference::fail(String text, HRESULT status) {
 
 // --- IQVRCatalogObject ---------------------------------------------------------------------------
 
+namespace {
+
+// A reference stands in no tree and holds nothing: null, and S_FALSE.
+template <class T>
+HRESULT nothingIn(Ref<T>* out) {
+    if (!out) return E_POINTER;
+    *out = nullptr;
+    return S_FALSE;
+}
+
+} // namespace
+
 HRESULT CQVRCatalogReference::getValue(const String&, Variant* value) {
     if (!value) return E_POINTER;
     *value = Variant();
@@ -207,22 +219,16 @@ HRESULT CQVRCatalogReference::get_objectType(QVRObjectType* type) {
     return S_OK;
 }
 HRESULT CQVRCatalogReference::get_childNodes(Ref<IQVRCatalogObjectList>* list) {
-    if (!list) return E_POINTER;
-    *list = nullptr;
-    return S_FALSE;
+    return nothingIn(list);
 }
 HRESULT CQVRCatalogReference::get_catalog(Ref<IQVRCatalogObject>* catalog) {
-    if (!catalog) return E_POINTER;
-    *catalog = nullptr;
-    return S_FALSE;
+    return nothingIn(catalog);
 }
 HRESULT CQVRCatalogReference::putref_catalog(IQVRCatalogObject*) {
     return E_NOTIMPL;
 }
 HRESULT CQVRCatalogReference::get_parentNode(Ref<IQVRCatalogObject>* parent) {
-    if (!parent) return E_POINTER;
-    *parent = nullptr;
-    return S_FALSE;
+    return nothingIn(parent);
 }
 HRESULT CQVRCatalogReference::putref_parentNode(IQVRCatalogObject*) {
     return E_NOTIMPL;
@@ -235,9 +241,7 @@ HRESULT CQVRCatalogReference::getDataObject(Ref<IDataObject>* dataObject) {
     return guarded([&] { return createDataObject(this, dataObject); });
 }
 HRESULT CQVRCatalogReference::getReferencedFiles(VARIANT_BOOL, Ref<IQVRCatalogObjectList>* files) {
-    if (!files) return E_POINTER;
-    *files = nullptr;
-    return S_FALSE;
+    return nothingIn(files);
 }
 
 HRESULT CQVRCatalogReference::InterfaceSupportsErrorInfo(const IID& iid) {
