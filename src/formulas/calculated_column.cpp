@@ -104,9 +104,6 @@ public:
         return document == document_.get() && version_ == dom::Index::namingVersion() &&
                lcid_ == GetUserLocale();
     }
-    bool serves(IXMLDOMDocument* document, const String& formula) const {
-        return current(document) && formula == formula_;
-    }
     HRESULT evaluate(const String& rowId, Variant* result) { return run_.evaluate(rowId, result); }
 
 private:
@@ -198,10 +195,8 @@ HRESULT Column::findRow(const Variant& row, Ref<IXMLDOMElement>* found) {
 }
 
 HRESULT Column::evaluateFormula(const String& rowId, const String& formula, Variant* result) {
-    if (!kept_ || !kept_->serves(ownerDocument(), formula)) {
-        kept_.reset();
-        kept_ = std::make_unique<KeptRun>(*this, formula);
-    }
+    kept_.reset();
+    kept_ = std::make_unique<KeptRun>(*this, formula);
     return kept_->evaluate(rowId, result);
 }
 

@@ -54,14 +54,14 @@ private:
 
     // What calculate() keeps from one call to the next: the columns as listed, the formula
     // compiled as a template. It serves only while no change anywhere could have altered what it
-    // was made of (the document layer's count of such changes stands where it stood), for the same
-    // document, formula text and locale; anything else makes it again. Cell values are read anew
-    // for every row.
+    // was made of (the document layer's count of such changes stands where it stood, so the
+    // formula too is the one it was made for), for the same document and locale; anything else
+    // makes it again. Cell values are read anew for every row.
     std::unique_ptr<KeptRun> kept_;
 
     // The row element that `row` names: by key for a text, else by one-based index.
     HRESULT findRow(const Variant& row, Ref<IXMLDOMElement>* found);
-    // The value of `formula` at the row with id `rowId`.
+    // The value of `formula` at the row with id `rowId`, through a run kept afresh for it.
     HRESULT evaluateFormula(const String& rowId, const String& formula, Variant* result);
 };
 
