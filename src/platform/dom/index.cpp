@@ -12,20 +12,8 @@ namespace {
 constexpr const char* kIdName = "id";
 constexpr const char* kIdrefName = "idref";
 
-// The text of a node (an attribute's value, a row's key). Read in place when it is one text node,
-// the usual case; else assembled in `scratch` as XPath would.
-std::string_view textOf(xmlNodePtr node, std::string& scratch) {
-    xmlNodePtr only = node->children;
-    if (only && !only->next && only->type == XML_TEXT_NODE && only->content)
-        return reinterpret_cast<const char*>(only->content);
-    xmlChar* content = xmlNodeGetContent(node);
-    scratch = content ? reinterpret_cast<const char*>(content) : "";
-    xmlFree(content);
-    return scratch;
-}
-
 std::string_view valueOf(xmlAttrPtr attribute, std::string& scratch) {
-    return textOf(reinterpret_cast<xmlNodePtr>(attribute), scratch);
+    return contentView(reinterpret_cast<xmlNodePtr>(attribute), scratch);
 }
 
 template <class Table>
@@ -272,7 +260,7 @@ void Index::removeAttributes(xmlNodePtr element) {
 void Index::addRow(xmlNodePtr row) {
     if (keyOfRow_.count(row)) return;
     std::string scratch;
-    const std::string_view key = textOf(row, scratch);
+    const std::string_view key = contentView(row, scratch);
     add(rowsByKey_, key, row);
     keyOfRow_.emplace(std::piecewise_construct, std::forward_as_tuple(row),
                       std::forward_as_tuple(key));

@@ -103,11 +103,8 @@ HRESULT Selection::nextChildWithAttribute(IXMLDOMNode* parent, IXMLDOMNode* afte
             if (node->type != XML_ELEMENT_NODE || !namedAs(node, tag)) continue;
             xmlAttrPtr attr = AttributeAccess::find(node, attribute);
             if (!attr) continue;
-            xmlNodePtr text = attr->children;
-            // One text node, the usual case, is compared in place.
-            *equal = text && !text->next && text->type == XML_TEXT_NODE
-                         ? std::string_view(chars(text->content)) == value
-                         : contentOf(reinterpret_cast<xmlNodePtr>(attr)).view() == value;
+            std::string scratch;
+            *equal = contentView(reinterpret_cast<xmlNodePtr>(attr), scratch) == value;
             if (*equal) *found = Tree::of(node)->wrap(node);
             return S_OK;
         }

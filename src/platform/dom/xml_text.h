@@ -1,6 +1,7 @@
 // Small conversions and tests between libxml2's types and the layer's, shared by its units.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include <libxml/tree.h>
@@ -37,6 +38,18 @@ inline String contentOf(xmlNodePtr node) {
         if (!child->next && child->type == XML_TEXT_NODE) return String(chars(child->content));
     }
     return takeString(xmlNodeGetContent(node));
+}
+
+// The same text as a view: read in place when it is one text node, the usual case; else
+// gathered into `scratch`, which the view then points into.
+inline std::string_view contentView(xmlNodePtr node, std::string& scratch) {
+    const xmlNodePtr only = node->children;
+    if (only && !only->next && only->type == XML_TEXT_NODE && only->content)
+        return chars(only->content);
+    xmlChar* content = xmlNodeGetContent(node);
+    scratch = chars(content);
+    xmlFree(content);
+    return scratch;
 }
 
 inline bool isDocument(xmlNodePtr node) {
