@@ -16,35 +16,6 @@ std::string_view valueOf(xmlAttrPtr attribute, std::string& scratch) {
     return contentView(reinterpret_cast<xmlNodePtr>(attribute), scratch);
 }
 
-template <class Table>
-void add(Table& table, std::string_view key, xmlNodePtr node) {
-    auto found = table.find(key);
-    if (found == table.end())
-        found = table.emplace(std::piecewise_construct, std::forward_as_tuple(key), std::tuple<>())
-                    .first;
-    found->second.push_back(node);
-}
-
-template <class Table>
-void erase(Table& table, std::string_view key, xmlNodePtr node) {
-    auto found = table.find(key);
-    if (found == table.end()) return;
-    auto& nodes = found->second;
-    auto at = std::find(nodes.begin(), nodes.end(), node);
-    if (at != nodes.end()) {
-        *at = nodes.back();
-        nodes.pop_back();
-    }
-    if (nodes.empty()) table.erase(found);
-}
-
-template <class Table>
-const Index::Nodes& lookUp(const Table& table, std::string_view key) {
-    static const Index::Nodes none;
-    auto found = table.find(key);
-    return found == table.end() ? none : found->second;
-}
-
 } // namespace
 
 bool Index::inTree(xmlNodePtr node) {
@@ -178,27 +149,27 @@ void Index::forEachAttributeNamed(xmlNodePtr element, const xmlChar* name, F&& f
 void Index::attributeChanging(xmlNodePtr element, const xmlChar* name) {
     namingChanged();
     forEachAttributeNamed(
-        element, name, [&](Table& table, std::string_view value) { erase(table, value, element); });
+        element, name, [&](Table& table, std::string_view value) { table.remove(value, element); });
 }
 
 void Index::attributeChanged(xmlNodePtr element, const xmlChar* name) {
-    forEachAttributeNamed(
-        element, name, [&](Table& table, std::string_view value) { add(table, value, element); });
+    forEachAttributeNamed(element, name,
+                          [&](Table& table, std::string_view value) { table.add(value, element); });
 }
 
-const Index::Nodes& Index::withId(std::string_view value) {
+Index::Nodes Index::withId(std::string_view value) {
     buildAttributes();
-    return lookUp(byId_, value);
+    return byId_.find(value);
 }
 
-const Index::Nodes& Index::withIdref(std::string_view value) {
+Index::Nodes Index::withIdref(std::string_view value) {
     buildAttributes();
-    return lookUp(byIdref_, value);
+    return byIdref_.find(value);
 }
 
-const Index::Nodes& Index::rowsWithKey(std::string_view key) {
+Index::Nodes Index::rowsWithKey(std::string_view key) {
     buildRows();
-    return lookUp(rowsByKey_, key);
+    return rowsByKey_.find(key);
 }
 
 void Index::buildAttributes() {
@@ -249,19 +220,19 @@ void Index::forEachIndexedAttribute(xmlNodePtr element, F&& f) {
 
 void Index::addAttributes(xmlNodePtr element) {
     forEachIndexedAttribute(
-        element, [&](Table& table, std::string_view value) { add(table, value, element); });
+        element, [&](Table& table, std::string_view value) { table.add(value, element); });
 }
 
 void Index::removeAttributes(xmlNodePtr element) {
     forEachIndexedAttribute(
-        element, [&](Table& table, std::string_view value) { erase(table, value, element); });
+        element, [&](Table& table, std::string_view value) { table.remove(value, element); });
 }
 
 void Index::addRow(xmlNodePtr row) {
     if (keyOfRow_.count(row)) return;
     std::string scratch;
     const std::string_view key = contentView(row, scratch);
-    add(rowsByKey_, key, row);
+    rowsByKey_.add(key, row);
     keyOfRow_.emplace(std::piecewise_construct, std::forward_as_tuple(row),
                       std::forward_as_tuple(key));
 }
@@ -269,7 +240,7 @@ void Index::addRow(xmlNodePtr row) {
 void Index::removeRow(xmlNodePtr row) {
     auto found = keyOfRow_.find(row);
     if (found == keyOfRow_.end()) return;
-    erase(rowsByKey_, found->second, row);
+    rowsByKey_.remove(found->second, row);
     keyOfRow_.erase(found);
 }
 

@@ -17,12 +17,14 @@
 
 #include <libxml/tree.h>
 
+#include "platform/dom/text_table.h"
+
 namespace qvr::dom {
 
 class Index {
 public:
-    // The elements a value names, in no particular order.
-    using Nodes = std::pmr::vector<xmlNodePtr>;
+    // The elements a value names, in no particular order; valid until the tree changes.
+    using Nodes = TextTable::Nodes;
 
     explicit Index(xmlDocPtr doc) : doc_(doc) {}
     Index(const Index&) = delete;
@@ -39,10 +41,10 @@ public:
     void attributeChanged(xmlNodePtr element, const xmlChar* name);
 
     // Elements in the tree whose `id` (or `idref`) is `value`, in no particular order.
-    const Nodes& withId(std::string_view value);
-    const Nodes& withIdref(std::string_view value);
+    Nodes withId(std::string_view value);
+    Nodes withIdref(std::string_view value);
     // Table rows (`/vCATTable/ColumnUnique/RowUnique`) whose text is `key`, in no particular order.
-    const Nodes& rowsWithKey(std::string_view key);
+    Nodes rowsWithKey(std::string_view key);
 
     // The rows that `/vCATTable/ColumnUnique/RowUnique[n]` selects: the n-th (one-based) row of
     // each `ColumnUnique` of a table root, in document order (the first only when `firstOnly`).
@@ -65,14 +67,7 @@ public:
     static bool isTableRow(xmlNodePtr element);
 
 private:
-    struct TextHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const noexcept {
-            return std::hash<std::string_view>()(text);
-        }
-    };
-    // Looked up by string_view, without making a string.
-    using Table = std::pmr::unordered_map<std::pmr::string, Nodes, TextHash, std::equal_to<>>;
+    using Table = TextTable;
 
     void reset() noexcept;
     // Any insertion or removal: the list of rows in order no longer holds.

@@ -116,12 +116,14 @@ bool precedes(xmlNodePtr a, xmlNodePtr b) {
     return xmlXPathCmpNodes(a, b) == 1;
 }
 
-// The candidates that pass `keep`, in document order.
+using Entry = TextTable::Entry;
+
+// The candidates that pass `keep`, in document order. A candidate's parent is read from its
+// entry, so that picking the children of one element reads none of the others.
 template <class Keep>
-void collect(const Index::Nodes& candidates, Keep&& keep, bool firstOnly,
-             std::vector<xmlNodePtr>* nodes) {
-    for (xmlNodePtr candidate : candidates)
-        if (keep(candidate)) nodes->push_back(candidate);
+void collect(Index::Nodes candidates, Keep&& keep, bool firstOnly, std::vector<xmlNodePtr>* nodes) {
+    for (const Entry& candidate : candidates)
+        if (keep(candidate)) nodes->push_back(candidate.node);
     if (nodes->size() < 2) return;
     if (firstOnly) {
         xmlNodePtr first = *std::min_element(nodes->begin(), nodes->end(), precedes);
@@ -189,42 +191,48 @@ bool answerShape(xmlNodePtr context, const ShapeForm& shape, std::string_view te
     case Shape::DescendantById:
         collect(
             index.withId(value),
-            [&](xmlNodePtr e) { return isDocument(context) || isStrictDescendant(e, context); },
+            [&](const Entry& e) {
+                return isDocument(context) || isStrictDescendant(e.node, context);
+            },
             firstOnly, nodes);
         return true;
     case Shape::DocumentById:
         collect(
-            index.withId(value), [](xmlNodePtr) { return true; }, firstOnly, nodes);
+            index.withId(value), [](const Entry&) { return true; }, firstOnly, nodes);
         return true;
     case Shape::ChildById:
         collect(
-            index.withId(value), [&](xmlNodePtr e) { return e->parent == context; }, firstOnly,
+            index.withId(value), [&](const Entry& e) { return e.parent == context; }, firstOnly,
             nodes);
         return true;
     case Shape::TableRowByKey:
         collect(
-            index.rowsWithKey(value), [](xmlNodePtr) { return true; }, firstOnly, nodes);
+            index.rowsWithKey(value), [](const Entry&) { return true; }, firstOnly, nodes);
         return true;
     case Shape::ChildRowById:
         collect(
             index.withId(value),
-            [&](xmlNodePtr e) { return e->parent == context && isPlainElement(e, "RowUnique"); },
+            [&](const Entry& e) {
+                return e.parent == context && isPlainElement(e.node, "RowUnique");
+            },
             firstOnly, nodes);
         return true;
     case Shape::TableRowById:
-        collect(index.withId(value), &Index::isTableRow, firstOnly, nodes);
+        collect(
+            index.withId(value), [](const Entry& e) { return Index::isTableRow(e.node); },
+            firstOnly, nodes);
         return true;
     case Shape::TableCellsByIdref: {
         xmlNodePtr root = xmlDocGetRootElement(context->doc);
         if (!isPlainElement(root, "vCATTable")) return true;
         collect(
-            index.withIdref(value), [&](xmlNodePtr e) { return isStrictDescendant(e, root); },
-            firstOnly, nodes);
+            index.withIdref(value),
+            [&](const Entry& e) { return isStrictDescendant(e.node, root); }, firstOnly, nodes);
         return true;
     }
     case Shape::ChildByIdref:
         collect(
-            index.withIdref(value), [&](xmlNodePtr e) { return e->parent == context; }, firstOnly,
+            index.withIdref(value), [&](const Entry& e) { return e.parent == context; }, firstOnly,
             nodes);
         return true;
     case Shape::TableRowAt:
