@@ -144,6 +144,27 @@ TEST(DomTree, TextReplacesChildrenAndKeepsReferredOnes) {
     EXPECT_EQ(a->put_text(""), S_OK);
     EXPECT_EQ(xmlOf(a), "<a/>");
     EXPECT_EQ(doc->put_text("x"), E_FAIL);
+
+    // A loaded short text is kept inside its node: it takes a text beside it, a longer value, a
+    // copy and a move like any other, and goes with its document.
+    auto other = parseXml("<s/>");
+    {
+        auto loaded = parseXml("<r><a k='v'>1</a></r>");
+        auto one = elementAt(loaded, "r/a");
+        Ref<IXMLDOMNode> text, copy;
+        ASSERT_EQ(loaded->createTextNode("2", &text), S_OK);
+        EXPECT_EQ(one->appendChild(text, nullptr), S_OK);
+        EXPECT_EQ(textOf(one), "12");
+        EXPECT_EQ(selectOne(one, "@k")->put_text(std::string(40, 'w')), S_OK);
+        EXPECT_EQ(selectOne(one, "text()")->put_text("a text longer than the node holds"), S_OK);
+        EXPECT_EQ(one->cloneNode(VARIANT_TRUE, &copy), S_OK);
+        EXPECT_EQ(rootOf(other)->appendChild(one, nullptr), S_OK);
+        EXPECT_EQ(rootOf(other)->appendChild(copy, nullptr), S_OK);
+    }
+    EXPECT_EQ(selectedValues(other, "/s/a", ""), "a text longer than the node holds2 "
+                                                 "a text longer than the node holds2");
+    EXPECT_EQ(selectedValues(other, "/s/a/@k", ""),
+              std::string(40, 'w') + " " + std::string(40, 'w'));
 }
 
 TEST(DomTree, DetachedSubtreesLiveWhileReferred) {
