@@ -100,8 +100,8 @@ private:
     bool rowsBuilt_ = false;
     // The tables take their memory from a pool of their own rather than from among the
     // document's nodes, which then lie closer together for the walks over the whole tree
-    // (saving, selecting by XPath).
-    std::pmr::unsynchronized_pool_resource pool_;
+    // (saving, selecting by XPath); the pool's large chunks lie on large pages.
+    std::pmr::unsynchronized_pool_resource pool_{memory::largePages()};
     Table byId_{&pool_};
     Table byIdref_{&pool_};
     Table rowsByKey_{&pool_};

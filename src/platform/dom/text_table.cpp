@@ -27,7 +27,7 @@ TextTable::Nodes TextTable::find(std::string_view text) const {
 }
 
 void TextTable::grow() {
-    std::vector<Slot> larger(slots_.empty() ? 16 : slots_.size() * 2);
+    std::pmr::vector<Slot> larger(slots_.empty() ? 16 : slots_.size() * 2, memory::largePages());
     const std::size_t largerMask = larger.size() - 1;
     for (const Slot& slot : slots_) {
         if (!slot.hash) continue;

@@ -4,8 +4,8 @@
 // and the element itself when it is the only one. Each element is held with its parent, which
 // answers "the children of this element that carry the text" without reading the candidates.
 // Finding the elements of a text then costs one read of memory, where a node-based map follows a
-// bucket, a node and the node's text. Long texts and lists of several elements take their memory
-// from the resource given.
+// bucket, a node and the node's text. The slots of a large table lie on large pages; long texts
+// and lists of several elements take their memory from the resource given.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +15,8 @@
 #include <vector>
 
 #include <libxml/tree.h>
+
+#include "platform/memory/large_pages.h"
 
 namespace qvr::dom {
 
@@ -77,7 +79,7 @@ private:
     void vacate(std::size_t at) noexcept;
 
     std::pmr::memory_resource* memory_;
-    std::vector<Slot> slots_;
+    std::pmr::vector<Slot> slots_{memory::largePages()};
     std::size_t size_ = 0;
 };
 

@@ -69,6 +69,18 @@ TEST(TextTable, HoldsWhatAMapHoldsThroughGrowthAndRemovals) {
     table.clear();
     EXPECT_EQ(table.size(), 0u);
     EXPECT_TRUE(table.find(textOf(1)).empty());
+
+    // Enough texts for slots of several megabytes, which come from large pages, through two
+    // growths: each text keeps its element, and all go again.
+    for (unsigned n = 0; n < 60000; ++n) table.add(textOf(n), elements[n % 3]);
+    bool all = table.size() == 60000;
+    for (unsigned n = 0; n < 60000 && all; ++n) {
+        const auto found = table.find(textOf(n));
+        all = found.size() == 1 && found[0].node == elements[n % 3];
+    }
+    EXPECT_TRUE(all);
+    for (unsigned n = 0; n < 60000; ++n) table.remove(textOf(n), elements[n % 3]);
+    EXPECT_EQ(table.size(), 0u);
     xmlFreeNode(parents[0]);
     xmlFreeNode(parents[1]);
 }
