@@ -1,7 +1,6 @@
 #include "platform/dom/index.h"
 #include "platform/dom/xml_text.h"
 
-#include <algorithm>
 #include <tuple>
 
 #include "platform/dom/subtree.h"
@@ -139,7 +138,7 @@ template <class F>
 void Index::forEachAttributeNamed(xmlNodePtr element, const xmlChar* name, F&& f) {
     if (!attributesBuilt_ || !inTree(element)) return;
     guard([&] {
-        Table& table = xmlStrEqual(name, BAD_CAST kIdName) ? byId_ : byIdref_;
+        TextTable& table = xmlStrEqual(name, BAD_CAST kIdName) ? byId_ : byIdref_;
         std::string scratch;
         for (xmlAttrPtr attr = element->properties; attr; attr = attr->next)
             if (!attr->ns && xmlStrEqual(attr->name, name)) f(table, valueOf(attr, scratch));
@@ -148,13 +147,15 @@ void Index::forEachAttributeNamed(xmlNodePtr element, const xmlChar* name, F&& f
 
 void Index::attributeChanging(xmlNodePtr element, const xmlChar* name) {
     namingChanged();
-    forEachAttributeNamed(
-        element, name, [&](Table& table, std::string_view value) { table.remove(value, element); });
+    forEachAttributeNamed(element, name, [&](TextTable& table, std::string_view value) {
+        table.remove(value, element);
+    });
 }
 
 void Index::attributeChanged(xmlNodePtr element, const xmlChar* name) {
-    forEachAttributeNamed(element, name,
-                          [&](Table& table, std::string_view value) { table.add(value, element); });
+    forEachAttributeNamed(element, name, [&](TextTable& table, std::string_view value) {
+        table.add(value, element);
+    });
 }
 
 Index::Nodes Index::withId(std::string_view value) {
@@ -220,12 +221,12 @@ void Index::forEachIndexedAttribute(xmlNodePtr element, F&& f) {
 
 void Index::addAttributes(xmlNodePtr element) {
     forEachIndexedAttribute(
-        element, [&](Table& table, std::string_view value) { table.add(value, element); });
+        element, [&](TextTable& table, std::string_view value) { table.add(value, element); });
 }
 
 void Index::removeAttributes(xmlNodePtr element) {
     forEachIndexedAttribute(
-        element, [&](Table& table, std::string_view value) { table.remove(value, element); });
+        element, [&](TextTable& table, std::string_view value) { table.remove(value, element); });
 }
 
 void Index::addRow(xmlNodePtr row) {

@@ -8,7 +8,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <functional>
 #include <memory_resource>
 #include <string>
 #include <string_view>
@@ -67,8 +66,6 @@ public:
     static bool isTableRow(xmlNodePtr element);
 
 private:
-    using Table = TextTable;
-
     void reset() noexcept;
     // Any insertion or removal: the list of rows in order no longer holds.
     void structureChanged() noexcept {
@@ -102,9 +99,9 @@ private:
     // document's nodes, which then lie closer together for the walks over the whole tree
     // (saving, selecting by XPath); the pool's large chunks lie on large pages.
     std::pmr::unsynchronized_pool_resource pool_{memory::largePages()};
-    Table byId_{&pool_};
-    Table byIdref_{&pool_};
-    Table rowsByKey_{&pool_};
+    TextTable byId_{&pool_};
+    TextTable byIdref_{&pool_};
+    TextTable rowsByKey_{&pool_};
     std::pmr::unordered_map<xmlNodePtr, std::pmr::string> keyOfRow_{&pool_};
     // The rows of each ColumnUnique of the root, in order; valid until the tree changes.
     std::vector<std::vector<xmlNodePtr>> rowOrder_;

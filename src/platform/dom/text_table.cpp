@@ -44,16 +44,12 @@ void TextTable::add(std::string_view text, xmlNodePtr node) {
     const std::uint32_t hash = hashOf(text);
     Slot& slot = slots_[probe(text, hash)];
     if (!slot.hash) {
-        char* longText = nullptr;
-        if (text.size() > kInlineText) {
-            longText = static_cast<char*>(memory_->allocate(text.size(), 1));
-            std::memcpy(longText, text.data(), text.size());
-        }
+        // The slot stays empty (its hash zero) until it is whole, should the allocation throw.
+        if (text.size() > kInlineText)
+            slot.longText = static_cast<char*>(memory_->allocate(text.size(), 1));
         slot.length = static_cast<std::uint32_t>(text.size());
-        if (longText)
-            slot.longText = longText;
-        else
-            std::memcpy(slot.inlineText, text.data(), text.size());
+        std::memcpy(slot.length > kInlineText ? slot.longText : slot.inlineText, text.data(),
+                    text.size());
         slot.count = 1;
         slot.capacity = 0;
         slot.one = Entry{node, node->parent};
@@ -65,8 +61,7 @@ void TextTable::add(std::string_view text, xmlNodePtr node) {
         const std::uint32_t capacity = std::max<std::uint32_t>(4, slot.count * 2);
         auto* many =
             static_cast<Entry*>(memory_->allocate(capacity * sizeof(Entry), alignof(Entry)));
-        const Nodes old = slot.nodes();
-        std::copy(old.begin(), old.end(), many);
+        std::copy_n(slot.entries(), slot.count, many);
         if (slot.capacity)
             memory_->deallocate(slot.many, slot.capacity * sizeof(Entry), alignof(Entry));
         slot.many = many;
@@ -80,7 +75,7 @@ void TextTable::remove(std::string_view text, xmlNodePtr node) {
     const std::size_t at = probe(text, hashOf(text));
     Slot& slot = slots_[at];
     if (!slot.hash) return;
-    Entry* entries = slot.capacity ? slot.many : &slot.one;
+    Entry* entries = slot.entries();
     Entry* end = entries + slot.count;
     Entry* found =
         std::find_if(entries, end, [&](const Entry& entry) { return entry.node == node; });

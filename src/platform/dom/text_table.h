@@ -65,7 +65,8 @@ private:
         std::string_view text() const {
             return {length <= kInlineText ? inlineText : longText, length};
         }
-        Nodes nodes() const { return capacity == 0 ? Nodes(&one, count) : Nodes(many, count); }
+        Entry* entries() { return capacity == 0 ? &one : many; }
+        Nodes nodes() const { return {capacity == 0 ? &one : many, count}; }
     };
     static_assert(sizeof(Slot) == 64);
 
